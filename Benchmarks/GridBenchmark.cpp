@@ -1,0 +1,265 @@
+// One frame of the grid without OpenGL: evaluation, parts, points, order, counts and emission, on one thread, with the
+// host's memory used again from frame to frame. Times are per frame; "cell" is the time per cell.
+//
+//   GridMemset       the bound: a memset of the bytes that a frame of GridConstant writes
+//   PerlinLoop       the bound of what noise adds: three scalar noises for each cell in a plain loop
+//   GridConstant     the default polygon, all properties constant: at most 4 times GridMemset
+//   GridNoise        the same with noise on size, rotation, hue and brightness: at most GridConstant plus PerlinLoop
+//   GridByZ          GridNoise under a camera, with noise in depth, sorted by it
+//   GridShelfNoise   parts that differ from cell to cell, so that every outline is made on its own
+
+#include "Source/RenderGrid/BatchWalk.h"
+#include "Source/RenderGrid/GridEvaluator.h"
+#include "Source/RenderGrid/GridInstances.h"
+
+#include "HostInterface/SuiteIdentity.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <list>
+#include <map>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace Tessavoy {
+namespace {
+
+/// A host that lends memory again that it got back, as hosts do that render frame after frame.
+class RecyclingHost {
+public:
+    RecyclingHost() {
+        current() = this;
+        mHandles.host_new_handle = [](A_HandleSize size) { return current()->lend(size); };
+        mHandles.host_lock_handle = [](PF_Handle handle) -> void* { return *handle; };
+        mHandles.host_unlock_handle = [](PF_Handle) {};
+        mHandles.host_dispose_handle = [](PF_Handle handle) { current()->takeBack(handle); };
+        mBasic.AcquireSuite = [](const char* name, std::int32_t, const void** suite) -> SPErr {
+            const bool known = std::string_view(name) == SuiteIdentity<PF_HandleSuite1>::name;
+            *suite = known ? &current()->mHandles : nullptr;
+            return known ? 0 : 1;
+        };
+        mBasic.ReleaseSuite = [](const char*, std::int32_t) -> SPErr { return 0; };
+        inData.pica_basicP = &mBasic;
+        inData.time_step = 1;
+    }
+
+    ~RecyclingHost() {
+        for (Block& block : mBlocks) {
+            std::free(block.memory);
+        }
+    }
+
+    RecyclingHost(const RecyclingHost&) = delete;
+    RecyclingHost& operator=(const RecyclingHost&) = delete;
+
+    PF_InData inData{};
+    PF_OutData outData{};
+
+private:
+    struct Block {
+        void* memory;  // first, so that a handle points at the address of its block
+        A_HandleSize size;
+        bool lent;
+    };
+
+    static RecyclingHost*& current() {
+        static RecyclingHost* host = nullptr;
+        return host;
+    }
+
+    PF_Handle lend(A_HandleSize size) {
+        for (Block& block : mBlocks) {
+            if (!block.lent && block.size == size) {
+                block.lent = true;
+                return &block.memory;
+            }
+        }
+        return &mBlocks.emplace_back(Block{std::aligned_alloc(64, (size + 63) / 64 * 64), size, true}).memory;
+    }
+
+    void takeBack(PF_Handle handle) {
+        for (Block& block : mBlocks) {
+            if (&block.memory == handle) {
+                block.lent = false;
+            }
+        }
+    }
+
+    PF_HandleSuite1 mHandles{};
+    SPBasicSuite mBasic{};
+    std::list<Block> mBlocks;
+};
+
+/// Buffers that stand for mapped ones; they grow and never shrink.
+class MemorySink final : public BatchSink {
+public:
+    BatchRoom begin(const BatchSize& size) override {
+        grow(mVertices, size.vertexCount * size.vertexStride);
+        grow(mIndices, size.indexCount * sizeof(std::uint32_t));
+        return {mVertices.get(), reinterpret_cast<std::uint32_t*>(mIndices.get())};
+    }
+
+    void end(const BatchSize& written) override { benchmark::DoNotOptimize(written); }
+
+private:
+    struct Buffer {
+        void* memory = nullptr;
+        std::size_t size = 0;
+
+        ~Buffer() { std::free(memory); }
+        void* get() const { return memory; }
+    };
+
+    static void grow(Buffer& buffer, std::size_t bytes) {
+        if (buffer.size < bytes) {
+            std::free(buffer.memory);
+            buffer.memory = std::aligned_alloc(64, (bytes + 63) / 64 * 64);
+            buffer.size = bytes;
+        }
+    }
+
+    Buffer mVertices;
+    Buffer mIndices;
+};
+
+/// The default polygon on a square grid: four parts, filled, size 10, feather of one pixel.
+void setDefaults(ParameterSnapshot& snapshot, A_long side) {
+    snapshot.CountX = side;
+    snapshot.CountY = side;
+    snapshot.GridWidth = 20.0 * side;
+    snapshot.GridHeight = 20.0 * side;
+    snapshot.GlobalScale = 100.0;
+    snapshot.CenterPos = {960.0, 540.0};
+    snapshot.InstanceSize.Value = 10.0;
+    snapshot.InstanceColor.Color = {0.8, 0.3, 0.1, 1.0};
+    snapshot.InstanceAlpha.Value = 1.0;
+    snapshot.InstanceVisible.Probability = 100.0;
+    snapshot.ShapeType = 1;
+    snapshot.ShapeTextureLayerIndex = 1;
+    snapshot.ShapeDrawMode = 1;
+    snapshot.ShapeScaleX.Value = 100.0;
+    snapshot.ShapeUniformScaling = true;
+    snapshot.ShapeFeatherScreenSpace = true;
+    snapshot.ShapeFeatherPixels = 1.0;
+    snapshot.ShapeStrokeWidth.Value = 10.0;
+    snapshot.ShapeRaysCount.Value = 4.0;
+    for (PropertyEvaluator* property :
+         {&snapshot.InstanceSize, &snapshot.InstanceRotation, &snapshot.InstanceOffsetZ, &snapshot.InstanceColor.Hue,
+          &snapshot.InstanceColor.Brightness, &snapshot.ShapeShelfLength}) {
+        property->ValueOffset = 100.0;
+        property->Layer.Index = 1;
+    }
+}
+
+void setNoise(PropertyEvaluator& property, double multiplier, A_long seed) {
+    property.Noise.Multiplier = multiplier;
+    property.Noise.Seed = seed;
+    property.Noise.Scale = 100.0;
+    property.Noise.ScaleX = 1.0;
+    property.Noise.ScaleY = 1.0;
+    property.Noise.MultLayer.Index = 1;
+    property.Noise.buildTable();
+}
+
+void setSizeRotationColourNoise(ParameterSnapshot& snapshot) {
+    setNoise(snapshot.InstanceSize, 5.0, 1);
+    setNoise(snapshot.InstanceRotation, 90.0, 2);
+    setNoise(snapshot.InstanceColor.Hue, 60.0, 3);
+    setNoise(snapshot.InstanceColor.Brightness, 20.0, 4);
+}
+
+/// One frame, as the draw makes it but for OpenGL.
+void renderFrame(RecyclingHost& host, ParameterSnapshot& snapshot, BatchSink& sink) {
+    const ViewProjection flat;
+    const TextureAtlas atlas;
+    GridEvaluator evaluator(&host.inData, &host.outData, snapshot, FramePlace{}, 1.0F, flat, atlas);
+    const GridInstances instances(evaluator);
+    DrawOrder order = drawOrderOf(instances);
+    writeBatches(instances, order, sink);
+}
+
+template <class Setup>
+void runFrames(benchmark::State& state, const Setup& setup) {
+    const A_long side = static_cast<A_long>(state.range(0));
+    RecyclingHost host;
+    MemorySink sink;
+    ParameterSnapshot snapshot(&host.inData);
+    setDefaults(snapshot, side);
+    setup(snapshot);
+    renderFrame(host, snapshot, sink);
+    for (auto _ : state) {
+        renderFrame(host, snapshot, sink);
+    }
+    state.counters["cell"] = benchmark::Counter(
+        static_cast<double>(side) * side, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+void GridConstant(benchmark::State& state) {
+    runFrames(state, [](ParameterSnapshot&) {});
+}
+
+void GridNoise(benchmark::State& state) {
+    runFrames(state, setSizeRotationColourNoise);
+}
+
+void GridByZ(benchmark::State& state) {
+    runFrames(state, [](ParameterSnapshot& snapshot) {
+        setSizeRotationColourNoise(snapshot);
+        setNoise(snapshot.InstanceOffsetZ, 500.0, 5);
+        snapshot.UseCompCamera = true;
+        snapshot.SortByZ = true;
+    });
+}
+
+void GridShelfNoise(benchmark::State& state) {
+    runFrames(state, [](ParameterSnapshot& snapshot) { setNoise(snapshot.ShapeShelfLength, 40.0, 6); });
+}
+
+void GridMemset(benchmark::State& state) {
+    const std::size_t cells = static_cast<std::size_t>(state.range(0) * state.range(0));
+    const std::size_t bytes =
+        sizeof(InstanceState) + 4 * sizeof(InstancePart) + 9 * sizeof(InstanceVertex) + 36 * sizeof(std::uint32_t);
+    const std::unique_ptr<void, void (*)(void*)> memory(std::aligned_alloc(64, cells * bytes), std::free);
+    std::memset(memory.get(), 1, cells * bytes);
+    for (auto _ : state) {
+        std::memset(memory.get(), 2, cells * bytes);
+        benchmark::ClobberMemory();
+    }
+    state.counters["cell"] = benchmark::Counter(
+        static_cast<double>(cells), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+void PerlinLoop(benchmark::State& state) {
+    const int side = static_cast<int>(state.range(0));
+    const PerlinTable table(1);
+    for (auto _ : state) {
+        double sum = 0.0;
+        for (int row = 0; row < side; ++row) {
+            for (int column = 0; column < side; ++column) {
+                const double x = 10.0 * column / side;
+                const double y = 10.0 * row / side;
+                sum += table.perlin(x, y, 0.25) + table.perlin(y, x, 0.5) + table.perlin(x, y, 0.75);
+            }
+        }
+        benchmark::DoNotOptimize(sum);
+    }
+    state.counters["cell"] = benchmark::Counter(
+        static_cast<double>(side) * side, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+void sides(benchmark::internal::Benchmark* benchmark) {
+    benchmark->Arg(100)->Arg(320)->Arg(1000)->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(GridMemset)->Apply(sides);
+BENCHMARK(PerlinLoop)->Apply(sides);
+BENCHMARK(GridConstant)->Apply(sides);
+BENCHMARK(GridNoise)->Apply(sides);
+BENCHMARK(GridByZ)->Apply(sides);
+BENCHMARK(GridShelfNoise)->Apply(sides);
+
+}  // namespace
+}  // namespace Tessavoy

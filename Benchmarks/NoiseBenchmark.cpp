@@ -1,0 +1,187 @@
+// Noise over the cells of a grid. The bound is three noises for each cell in a plain scalar loop; beside it the same
+// three in batches, and then the evaluators that are made of noise. Items are cells.
+
+#include "Source/Evaluate/ColorEvaluator.h"
+#include "Source/Evaluate/PerlinTable.h"
+#include "Source/Evaluate/PropertyEvaluator.h"
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+
+namespace Tessavoy {
+
+namespace {
+
+constexpr int columns = 64;
+constexpr int rows = 64;
+constexpr int cells = columns * rows;
+
+/// Three properties' noises, each with a table and an evolution of its own, and where the cells lie.
+struct Scene {
+    std::array<PerlinTable, 3> tables = {PerlinTable(1), PerlinTable(2), PerlinTable(3)};
+    std::array<double, 3> evolutions = {0.25, 1.5, 7.75};
+    std::array<double, cells> x;
+    std::array<double, cells> y;
+    std::array<double, cells> out;
+
+    Scene() {
+        for (int k = 0; k < cells; ++k) {
+            x[k] = 0.173 * (k % columns);
+            y[k] = 0.173 * (k / columns);
+        }
+    }
+};
+
+void BM_NoiseThreePlain(benchmark::State& state) {
+    static Scene scene;
+    for (auto step : state) {
+        for (int k = 0; k < cells; ++k) {
+            double sum = 0;
+            for (int noise = 0; noise < 3; ++noise) {
+                sum += scene.tables[noise].perlin(scene.x[k], scene.y[k], scene.evolutions[noise]);
+            }
+            scene.out[k] = sum;
+        }
+        benchmark::DoNotOptimize(scene.out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * cells);
+}
+BENCHMARK(BM_NoiseThreePlain);
+
+void addNoise(const Scene& scene, int noise, int first, int count, VectorLanes lanes, double* sums) {
+    std::array<double, columns> values;
+    scene.tables[noise].perlin(&scene.x[first], &scene.y[first], scene.evolutions[noise], values.data(), count, lanes);
+    for (int k = 0; k < count; ++k) {
+        sums[k] += values[k];
+    }
+}
+
+void BM_NoiseThreeBatched(benchmark::State& state) {
+    const auto lanes = static_cast<VectorLanes>(state.range(0));
+    if (!lanesAvailable(lanes)) {
+        state.SkipWithError("the processor lacks these lanes");
+        return;
+    }
+    static Scene scene;
+    for (auto step : state) {
+        scene.out.fill(0.0);
+        for (int first = 0; first < cells; first += columns) {
+            for (int noise = 0; noise < 3; ++noise) {
+                addNoise(scene, noise, first, columns, lanes, &scene.out[first]);
+            }
+        }
+        benchmark::DoNotOptimize(scene.out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * cells);
+}
+BENCHMARK(BM_NoiseThreeBatched)
+    ->ArgName("avx2")
+    ->Arg(static_cast<int>(VectorLanes::Scalar))
+    ->Arg(static_cast<int>(VectorLanes::Avx2));
+
+struct Cells {
+    std::array<float, cells> u;
+    std::array<float, cells> v;
+
+    Cells() {
+        for (int k = 0; k < cells; ++k) {
+            u[k] = static_cast<float>(k % columns) / (columns - 1);
+            v[k] = static_cast<float>(k / columns) / (rows - 1);
+        }
+    }
+};
+
+void makeNoisy(PropertyEvaluator& property) {
+    property.ValueOffset = 100;
+    property.Noise.Multiplier = 30;
+    property.Noise.Scale = 10;
+    property.Noise.ScaleX = 11;
+    property.Noise.ScaleY = 11;
+    property.Noise.OffsetZ = 2.5;
+    property.Noise.MultLayer.Index = 1;
+    property.Noise.buildTable();
+}
+
+void BM_PropertySingle(benchmark::State& state) {
+    const Cells grid;
+    const LayerSlots layers;
+    PropertyEvaluator property(layers);
+    makeNoisy(property);
+    std::array<double, cells> out;
+    for (auto step : state) {
+        for (int k = 0; k < cells; ++k) {
+            out[k] = property.evaluate(grid.u[k], grid.v[k]);
+        }
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * cells);
+}
+BENCHMARK(BM_PropertySingle);
+
+void BM_PropertyBatch(benchmark::State& state) {
+    const Cells grid;
+    const LayerSlots layers;
+    PropertyEvaluator property(layers);
+    makeNoisy(property);
+    std::array<double, cells> out;
+    for (auto step : state) {
+        property.evaluate(grid.u.data(), grid.v.data(), out.data(), cells);
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * cells);
+}
+BENCHMARK(BM_PropertyBatch);
+
+ColorEvaluator noisyHue(const LayerSlots& layers) {
+    ColorEvaluator color(layers);
+    color.Color = {0.8, 0.4, 0.1, 1.0};
+    makeNoisy(color.Hue);
+    return color;
+}
+
+void BM_ColorSingle(benchmark::State& state) {
+    const Cells grid;
+    const LayerSlots layers;
+    const ColorEvaluator color = noisyHue(layers);
+    std::array<std::array<float, 4>, cells> out;
+    for (auto step : state) {
+        for (int k = 0; k < cells; ++k) {
+            out[k] = color.evaluate(grid.u[k], grid.v[k]);
+        }
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * cells);
+}
+BENCHMARK(BM_ColorSingle);
+
+void BM_ColorBatch(benchmark::State& state) {
+    const Cells grid;
+    const LayerSlots layers;
+    const ColorEvaluator color = noisyHue(layers);
+    std::array<std::array<float, 4>, cells> out;
+    for (auto step : state) {
+        color.evaluate(grid.u.data(), grid.v.data(), out.data(), cells);
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * cells);
+}
+BENCHMARK(BM_ColorBatch);
+
+void BM_NoiseTable(benchmark::State& state) {
+    std::uint32_t seed = 0;
+    for (auto step : state) {
+        benchmark::DoNotOptimize(PerlinTable(seed++));
+    }
+}
+BENCHMARK(BM_NoiseTable);
+
+}  // namespace
+
+}  // namespace Tessavoy

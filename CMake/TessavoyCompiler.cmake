@@ -1,0 +1,34 @@
+# How every target is compiled. Included once, before any target is made.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+
+# -O2 and no contraction, so that the evaluation gives the same bits from every compiler. NDEBUG is left out on purpose:
+# assertions stay in the product.
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g1")
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -g -fno-omit-frame-pointer")
+set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g")
+
+add_compile_options(
+  -ffp-contract=off
+  -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wpedantic -Werror
+  # Assertions and reports name a file from the repository's root, wherever it was built.
+  "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+
+if(TESSAVOY_SANITIZE)
+  add_compile_options("-fsanitize=${TESSAVOY_SANITIZE}" -fno-sanitize-recover=all)
+  add_link_options("-fsanitize=${TESSAVOY_SANITIZE}")
+endif()
+if(TESSAVOY_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+include_directories("${PROJECT_SOURCE_DIR}")

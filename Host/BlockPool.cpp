@@ -1,0 +1,56 @@
+#include "Host/BlockPool.h"
+
+#include <new>
+
+namespace TessavoyHost {
+namespace {
+
+constexpr std::size_t large = std::size_t{64} << 10;
+constexpr std::size_t mostKept = std::size_t{1} << 30;
+constexpr std::align_val_t alignment{64};
+
+}  // namespace
+
+BlockPool& BlockPool::shared() {
+    static BlockPool pool;
+    return pool;
+}
+
+BlockPool::~BlockPool() {
+    for (const auto& [capacity, data] : mKept)
+        ::operator delete(data, alignment);
+}
+
+BlockPool::Block BlockPool::take(std::size_t bytes) {
+    if (bytes >= large) {
+        const std::lock_guard lock(mMutex);
+        const auto found = mKept.lower_bound(bytes);
+        if (found != mKept.end() && found->first <= 2 * bytes) {
+            const Block block{found->second, found->first};
+            mKeptBytes -= block.capacity;
+            mKept.erase(found);
+            return block;
+        }
+        ++mFresh;
+    }
+    return {static_cast<std::byte*>(::operator new(bytes == 0 ? 1 : bytes, alignment)), bytes};
+}
+
+void BlockPool::give(Block block) {
+    if (block.capacity >= large) {
+        const std::lock_guard lock(mMutex);
+        if (mKeptBytes + block.capacity <= mostKept) {
+            mKept.emplace(block.capacity, block.data);
+            mKeptBytes += block.capacity;
+            return;
+        }
+    }
+    ::operator delete(block.data, alignment);
+}
+
+std::size_t BlockPool::freshLargeBlocks() const {
+    const std::lock_guard lock(mMutex);
+    return mFresh;
+}
+
+}  // namespace TessavoyHost

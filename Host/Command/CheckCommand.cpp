@@ -1,0 +1,35 @@
+#include "Host/Command/CheckCommand.h"
+
+#include <memory>
+#include <string>
+
+#include "Host/Command/ExitGuard.h"
+#include "Host/Command/LoadedModule.h"
+#include "Host/Scene/Files.h"
+#include "Host/Scene/SceneFile.h"
+
+namespace TessavoyHost {
+namespace {
+
+std::string allRight(const std::filesystem::path& scene, const EffectInstance& instance) {
+    const auto& layer = instance.effectLayer();
+    return utf8(scene) + ": right, " + std::to_string(instance.project().composition.frameCount()) + " frames of " +
+           std::to_string(layer.width()) + " x " + std::to_string(layer.height()) + " pixels\n";
+}
+
+}  // namespace
+
+ExitStatus checkScene(const std::filesystem::path& scene, const std::filesystem::path& modulePath,
+                      OutputChannel& output) {
+    const SceneText text = loadSceneText(scene);
+    LoadedModule module(modulePath);
+    std::unique_ptr<EffectInstance> instance;
+    return decideStatus([&] {
+        const Project project = readScene(text, module.table(), {}, imageFileAccess());
+        instance = module.host().createInstance(project);
+        output.write(allRight(scene, *instance));
+        return ExitStatus::Success;
+    });
+}
+
+}  // namespace TessavoyHost

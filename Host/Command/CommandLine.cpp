@@ -1,0 +1,181 @@
+#include "Host/Command/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Host/Command/AboutCommand.h"
+#include "Host/Command/CheckCommand.h"
+#include "Host/Command/ExitGuard.h"
+#include "Host/Command/LoadedModule.h"
+#include "Host/Command/ParameterListing.h"
+#include "Host/Command/RenderCommand.h"
+#include "Host/Command/RenderOptions.h"
+#include "Host/Command/SceneSchema.h"
+#include "Host/Command/StandardError.h"
+#include "Host/Scene/Nearest.h"
+
+namespace TessavoyHost {
+namespace {
+
+std::string example(const std::string& arguments) { return "Example:\n  tessavoy " + arguments + "\n"; }
+
+// The whole command line: what each subcommand takes, and what it does once all is read.
+class CommandLine {
+public:
+    explicit CommandLine(OutputChannel& output) : mOutput(output) {
+        mApp.require_subcommand(1);
+        mApp.footer(example("render scene.json -o frames/out.####.png"));
+        addRender();
+        addCheck();
+        addParameters();
+        addSchema();
+        addAbout();
+    }
+
+    ExitStatus run(int argc, const char* const* argv) {
+        try {
+            mApp.parse(argc, argv);
+        } catch (const CLI::CallForHelp&) {
+            mOutput.write(mApp.help());
+            return ExitStatus::Success;
+        } catch (const CLI::ParseError& error) {
+            return refuse(error);
+        }
+        return mAction();
+    }
+
+private:
+    CLI::App* addSubcommand(const std::string& name, const std::string& meaning, const std::string& arguments,
+                            std::function<ExitStatus()> action) {
+        CLI::App* command = mApp.add_subcommand(name, meaning);
+        command->footer(example(name + arguments));
+        command->callback([this, action = std::move(action)] { mAction = action; });
+        return command;
+    }
+
+    void addScene(CLI::App* command) {
+        command->add_option_function<std::string>(
+                   "SCENE", [this](const std::string& value) { mOptions.scene = value; }, "the scene file")
+            ->type_name("")
+            ->required();
+    }
+
+    void addOption(CLI::App* command, const RenderOption& option) {
+        if (*option.value == '\0') {
+            command->add_flag_callback(
+                option.names, [this, take = option.take] { take(mOptions, {}); }, optionHelp(option));
+            return;
+        }
+        auto* added = command->add_option_function<std::vector<std::string>>(
+            option.names,
+            [this, take = option.take](const std::vector<std::string>& values) {
+                for (const auto& value : values) {
+                    take(mOptions, value);
+                }
+            },
+            optionHelp(option));
+        added->type_name(option.value)->allow_extra_args(false);
+        added->multi_option_policy(option.repeatable ? CLI::MultiOptionPolicy::TakeAll : CLI::MultiOptionPolicy::Throw);
+        added->expected(1, option.repeatable ? CLI::detail::expected_max_vector_size : 1);
+    }
+
+    void addModule(CLI::App* command) {
+        for (const auto& option : renderOptions()) {
+            if (option.names == std::string("--module")) {
+                addOption(command, option);
+            }
+        }
+    }
+
+    void addRender() {
+        auto* render = addSubcommand("render", "render frames", " scene.json -o frames/out.####.png --frames 0-99",
+                                     [this] { return renderScene(mOptions, mOutput); });
+        addScene(render);
+        for (const auto& option : renderOptions()) {
+            addOption(render, option);
+        }
+        render->get_option("--output")->required();
+    }
+
+    void addCheck() {
+        auto* check = addSubcommand("check", "read the scene, apply it, report what is wrong", " scene.json", [this] {
+            return checkScene(mOptions.scene, mOptions.module, mOutput);
+        });
+        addScene(check);
+        addModule(check);
+    }
+
+    ExitStatus printFromModule(const std::function<std::string(const ParameterTable&)>& text) {
+        LoadedModule module(mOptions.module);
+        return decideStatus([&] {
+            mOutput.write(text(module.table()));
+            return ExitStatus::Success;
+        });
+    }
+
+    void addParameters() {
+        auto* parameters = addSubcommand(
+            "parameters", "every parameter: id, index, disk id, type, label, range, default, popup texts", " --json",
+            [this] { return printFromModule(mListing); });
+        auto* json = parameters->add_flag_callback("--json", [this] { mListing = parametersAsJson; }, "as JSON");
+        parameters->add_flag_callback("--markdown", [this] { mListing = parametersAsMarkdown; }, "as a Markdown table")
+            ->excludes(json);
+        addModule(parameters);
+    }
+
+    void addSchema() {
+        auto* schema = addSubcommand("schema", "a JSON Schema of scene files, for editors", " > scene.schema.json", [this] {
+            return printFromModule([](const ParameterTable& table) { return sceneSchema(table).dump(2) + '\n'; });
+        });
+        addModule(schema);
+    }
+
+    void addAbout() {
+        auto* about = addSubcommand("about", "name, version, flags, OpenGL driver, libraries", "", [this] {
+            return printAbout(mOptions.module, mOutput);
+        });
+        addModule(about);
+    }
+
+    ExitStatus refuse(const CLI::ParseError& error) const {
+        const auto chosen = mApp.get_subcommands();
+        const CLI::App& command = chosen.empty() ? mApp : *chosen.back();
+        writeStandardError("tessavoy: " + std::string(error.what()) + suggestion(command) + "\nRun 'tessavoy " +
+                           (chosen.empty() ? "" : command.get_name() + ' ') + "--help' for what can be said.\n");
+        return ExitStatus::CommandLine;
+    }
+
+    // For the first argument that was not understood.
+    std::string suggestion(const CLI::App& command) const {
+        const auto rest = mApp.remaining(true);
+        if (rest.empty()) {
+            return {};
+        }
+        std::vector<std::string> known;
+        for (const auto* option : command.get_options()) {
+            for (const auto& name : option->get_lnames()) {
+                known.push_back("--" + name);
+            }
+        }
+        for (const auto* subcommand : command.get_subcommands(nullptr)) {
+            known.push_back(subcommand->get_name());
+        }
+        return didYouMean(rest.front(), known);
+    }
+
+    OutputChannel& mOutput;
+    RenderOptions mOptions;
+    std::function<std::string(const ParameterTable&)> mListing = parametersAsText;
+    std::function<ExitStatus()> mAction;
+    CLI::App mApp{"Renders scenes with the Tessavoy effect.", "tessavoy"};
+};
+
+}  // namespace
+
+ExitStatus runCommandLine(int argc, const char* const* argv, OutputChannel& output) {
+    return statusOf([&] { return CommandLine(output).run(argc, argv); });
+}
+
+}  // namespace TessavoyHost

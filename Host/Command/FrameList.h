@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace TessavoyHost {
+
+// The frames that a list names, in its order. Its parts are joined by commas: "12" one frame, "0-99" a range, "0-99x5"
+// every fifth of it from the first on, "0-99y5" the others. Frames count from 0 to frameCount - 1.
+// Throws HostError(CommandLine) for anything else, for a frame outside, and for a frame that is named twice.
+std::vector<int> parseFrameList(const std::string& list, int frameCount);
+
+// Frames in rising order as such a list, runs as ranges: "0-3, 7".
+std::string framesInWords(std::vector<int> frames);
+
+}  // namespace TessavoyHost

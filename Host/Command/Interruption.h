@@ -1,0 +1,18 @@
+#pragma once
+
+namespace TessavoyHost {
+
+// While it lives, the signals that ask the command to end (interrupt, terminate, hang-up) are counted instead of ending it.
+// From then on a closed pipe is a write error instead of a signal.
+class InterruptionWatch {
+public:
+    InterruptionWatch();
+    ~InterruptionWatch();
+    InterruptionWatch(const InterruptionWatch&) = delete;
+    InterruptionWatch& operator=(const InterruptionWatch&) = delete;
+};
+
+// Signals so far.
+int interruptions();
+
+}  // namespace TessavoyHost

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "Host/ImageFiles/ImageFiles.h"
+#include "Host/Scene/NumberedName.h"
+
+namespace TessavoyHost {
+
+// Where frames go: a file name with a place for the frame's number, one file, or "-", the standard output.
+class OutputPattern {
+public:
+    // Throws HostError(CommandLine) for a name without a known suffix (.png, .tif, .tiff, .exr), with a lone "#", with
+    // several places for a number, or with such a place in the folder.
+    explicit OutputPattern(const std::string& text);
+
+    bool isStandardOutput() const { return mText == "-"; }
+    bool isNumbered() const { return mNumbered.has_value(); }
+    FileFormat format() const { return mFormat; }  // of files
+    const std::string& text() const { return mText; }
+    std::filesystem::path folder() const;  // never empty
+    std::filesystem::path file(int frame) const;
+
+    // Bits per channel of the worlds where the command line doesn't say.
+    int usualDepth() const { return !isStandardOutput() && mFormat == FileFormat::Exr ? 32 : 8; }
+
+private:
+    std::string mText;
+    FileFormat mFormat = FileFormat::Png;
+    std::optional<NumberedName> mNumbered;  // of the whole path
+};
+
+}  // namespace TessavoyHost

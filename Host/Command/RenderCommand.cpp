@@ -1,0 +1,121 @@
+#include "Host/Command/RenderCommand.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <numeric>
+
+#include "Host/Command/EffectFrames.h"
+#include "Host/Command/ExitGuard.h"
+#include "Host/Command/FrameList.h"
+#include "Host/Command/Interruption.h"
+#include "Host/Command/LoadedModule.h"
+#include "Host/Command/OutputChecks.h"
+#include "Host/Command/Progress.h"
+#include "Host/Command/RenderRun.h"
+#include "Host/Command/RunReporter.h"
+#include "Host/Command/StandardError.h"
+
+namespace TessavoyHost {
+namespace {
+
+std::vector<int> framesToRender(const RenderOptions& options, const Composition& composition) {
+    if (options.frames) {
+        return parseFrameList(*options.frames, composition.frameCount());
+    }
+    std::vector<int> frames(static_cast<std::size_t>(composition.frameCount()));
+    std::iota(frames.begin(), frames.end(), 0);
+    return frames;
+}
+
+ImageSize pictureSize(const RenderOptions& options, const FrameSource& layer) {
+    const ImageSize whole{downsampled(layer.width(), options.downsampleX),
+                          downsampled(layer.height(), options.downsampleY)};
+    if (!options.region) {
+        return whole;
+    }
+    checkRegion(*options.region, whole.width, whole.height);
+    return {options.region->width, options.region->height};
+}
+
+void checkOutput(const RenderOptions& options, const std::vector<int>& frames, const OutputChannel& output) {
+    checkNumbering(*options.output, frames);
+    if (!options.output->isStandardOutput()) {
+        checkFolder(*options.output);
+        checkExistingFiles(*options.output, frames, options.existing);
+    } else if (output.isTerminal()) {
+        throw HostError(ExitStatus::CommandLine, "--output: raw frames don't belong on a terminal; use a pipe or a file");
+    }
+}
+
+// A reader of the progress that has gone away does not end the run.
+TextSink jsonSink(const RenderOptions& options, OutputChannel& output) {
+    if (options.output->isStandardOutput()) {
+        return writeStandardError;
+    }
+    return [&output](const std::string& text) {
+        try {
+            output.write(text);
+        } catch (const HostError&) {
+        }
+    };
+}
+
+std::unique_ptr<Progress> progressFor(const RenderOptions& options, OutputChannel& output) {
+    ProgressOutput progress;
+    progress.error = writeStandardError;
+    progress.json = jsonSink(options, output);
+    progress.errorIsTerminal = ::isatty(STDERR_FILENO) == 1;
+    progress.seconds = [] {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    };
+    return makeProgress(options.progress, progress);
+}
+
+RunSettings settingsFor(const RenderOptions& options, const std::vector<int>& frames) {
+    RunSettings settings;
+    settings.frames = frames;
+    settings.threads = options.threads;
+    settings.order =
+        options.output->isStandardOutput() ? FrameWriter::Order::ByPosition : FrameWriter::Order::Any;
+    settings.onError = options.onError;
+    settings.strict = options.strict;
+    settings.frameTimeout = options.frameTimeout;
+    return settings;
+}
+
+[[noreturn]] void endProcess(ExitStatus status) { std::_Exit(static_cast<int>(status)); }
+
+ExitStatus renderFrames(const RenderOptions& options, const std::vector<int>& frames, ImageSize size,
+                        EffectInstance& instance, OutputChannel& output) {
+    const auto progress = progressFor(options, output);
+    RunReporter reporter(static_cast<int>(frames.size()), *progress);
+    for (const auto& broken : instance.host().broken()) {
+        reporter.note("the module: " + broken);
+    }
+    EffectFrames work(instance, options, options.depth.value_or(options.output->usualDepth()), size, output);
+    const InterruptionWatch watch;
+    return RenderRun(settingsFor(options, frames), work, reporter, {interruptions, endProcess}).run();
+}
+
+}  // namespace
+
+ExitStatus renderScene(const RenderOptions& options, OutputChannel& output) {
+    const SceneText scene = loadSceneText(options.scene);
+    LoadedModule module(options.module);
+    std::unique_ptr<EffectInstance> instance;
+    return decideStatus([&] {
+        const Project project = readScene(scene, module.table(), options.overrides, imageFileAccess());
+        const auto frames = framesToRender(options, project.composition);
+        const auto& layer = *project.layers.at(static_cast<std::size_t>(project.effectLayer));
+        const ImageSize size = pictureSize(options, layer);
+        checkOutput(options, frames, output);
+        // Nothing is known to stand in the way now.
+        instance = module.host().createInstance(project);
+        return renderFrames(options, frames, size, *instance, output);
+    });
+}
+
+}  // namespace TessavoyHost

@@ -1,0 +1,67 @@
+#include "Host/Command/RunReporter.h"
+
+#include "Host/Command/FrameList.h"
+
+namespace TessavoyHost {
+
+void RunReporter::frameEnded(const FrameReport& report) {
+    const std::lock_guard lock(mMutex);
+    if (mFinished) {
+        return;
+    }
+    mTally.add(report);
+    if (report.status == FrameStatus::Failed) {
+        mProgress.message("frame " + std::to_string(report.frame) + ": failed: " + report.reason, report.frame);
+    }
+    mProgress.frame(report, mTally);
+}
+
+void RunReporter::message(int frame, const std::string& text) {
+    const std::lock_guard lock(mMutex);
+    if (mFinished) {
+        return;
+    }
+    auto& frames = mFrames[text];
+    frames.push_back(frame);
+    if (frames.size() == 1) {
+        mTexts.push_back(text);
+        mProgress.message("frame " + std::to_string(frame) + ": " + text, frame);
+    }
+}
+
+void RunReporter::note(const std::string& line) {
+    const std::lock_guard lock(mMutex);
+    if (!mFinished) {
+        mProgress.message(line, -1);
+    }
+}
+
+void RunReporter::finish() {
+    const std::lock_guard lock(mMutex);
+    if (mFinished) {
+        return;
+    }
+    mFinished = true;
+    mProgress.end(mTally);
+    tellRepetitions();
+    mProgress.message(mTally.summary(), -1);
+}
+
+void RunReporter::tellRepetitions() {
+    for (const auto& text : mTexts) {
+        const auto& frames = mFrames.at(text);
+        if (frames.size() > 1) {
+            const std::vector<int> later(frames.begin() + 1, frames.end());
+            mProgress.message("frames " + framesInWords(later) + " said what frame " + std::to_string(frames.front()) +
+                                  " said: " + text,
+                              -1);
+        }
+    }
+}
+
+ExitStatus RunReporter::status() const {
+    const std::lock_guard lock(mMutex);
+    return mTally.status();
+}
+
+}  // namespace TessavoyHost

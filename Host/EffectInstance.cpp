@@ -1,0 +1,78 @@
+#include "Host/EffectInstance.h"
+
+#include <new>
+
+#include "Host/EffectHost.h"
+#include "Host/FrameRender.h"
+#include "Host/HostError.h"
+#include "Host/ParameterRecord.h"
+#include "Host/SequenceBlock.h"
+
+namespace TessavoyHost {
+namespace {
+
+const Project& checked(const Project& project) {
+    const int layers = static_cast<int>(project.layers.size());
+    if (project.effectLayer < 0 || project.effectLayer >= layers)
+        throw HostError(ExitStatus::Scene, "the effect's layer is none of the project's layers");
+    return project;
+}
+
+}  // namespace
+
+EffectInstance::EffectInstance(EffectHost& host, const Project& project)
+    : mHost(host),
+      mProject(checked(project)),
+      mTimeBase(mProject.composition, effectLayer().start()),
+      mObjects(static_cast<int>(mProject.layers.size())),
+      mLayerWorlds(mProject),
+      mValues(host, mProject, effectLayer().width(), effectLayer().height()),
+      mPanel(host.parameters()),
+      mSequence(*this) {
+    mSequence.setUp();
+    if (!mProject.script.empty() || !mProject.slotNames.empty())
+        mSequence.load(sequenceBlock(mProject.script, mProject.slotNames, host.description().version));
+}
+
+EffectInstance::~EffectInstance() = default;
+
+std::vector<std::byte> EffectInstance::flattenedSequenceData() {
+    return mSequence.flattened();
+}
+
+void EffectInstance::resetup(const std::vector<std::byte>& flat) {
+    mSequence.load(flat);
+}
+
+Region EffectInstance::wholeLayer(const FrameRequest& request) const {
+    return mLayerWorlds.bounds(mProject.effectLayer, request.downsampleX, request.downsampleY);
+}
+
+// Errors of the host's own end the frame as the module's do.
+FrameResult EffectInstance::renderFrame(const FrameRequest& request) {
+    FrameResult failed;
+    try {
+        const SequencePool::Lease sequence(mSequence);
+        return FrameRender(*this, request, wholeLayer(request), sequence.handle()).run();
+    } catch (const std::bad_alloc&) {
+        failed.error = PF_Err_OUT_OF_MEMORY;
+        failed.message = "the frame does not fit into memory";
+    } catch (const HostError& error) {
+        failed.error = PF_Err_INTERNAL_STRUCT_DAMAGED;
+        failed.message = error.what();
+    }
+    return failed;
+}
+
+CommandResult EffectInstance::command(PF_Cmd command, int frame, void* extra, PF_ParamDef** params) {
+    CommandSetting setting;
+    setting.frame = frame;
+    setting.sequenceData = mSequence.original();
+    CommandContext context(mHost, this, command, setting);
+    ParameterArray values(context);
+    context.run(params == nullptr ? values.data() : params, nullptr, extra);
+    mSequence.changed();
+    return context.finish();
+}
+
+}  // namespace TessavoyHost

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Host/ApplicationObjects.h"
+#include "Host/CommandContext.h"
+#include "Host/CommandResult.h"
+#include "Host/LayerWorlds.h"
+#include "Host/PanelState.h"
+#include "Host/ParameterValues.h"
+#include "Host/Project.h"
+#include "Host/SequencePool.h"
+#include "Host/TimeBase.h"
+#include "Host/World.h"
+
+namespace TessavoyHost {
+
+class EffectHost;
+
+struct FrameRequest {
+    int frame = 0;
+    int bitsPerChannel = 8;  // 8, 16 or 32
+    Rational downsampleX{}, downsampleY{};
+    std::optional<Region> region = std::nullopt;  // in downsampled pixels; none: the whole layer
+    const std::atomic<bool>* cancel = nullptr;    // set it to make the module's abort call answer so
+};
+
+struct FrameResult {
+    PF_Err error = PF_Err_NONE;
+    std::string message;              // what the module or the host has to say about it
+    bool displayError = false;        // the module asks that the message be shown
+    World output;                     // of the region's size; without pixels when there was an error
+    std::vector<std::string> broken;  // what the commands left out, and other broken promises
+};
+
+// One use of the effect on a layer.
+class EffectInstance {
+public:
+    // Runs the sequence set-up, hands over the project's slot names and script as a project load does, and makes the
+    // values of all arbitrary data. Throws HostError.
+    EffectInstance(EffectHost& host, const Project& project);
+    ~EffectInstance();
+
+    EffectInstance(const EffectInstance&) = delete;
+    EffectInstance& operator=(const EffectInstance&) = delete;
+
+    // Renders one frame by PF_Cmd_QUERY_DYNAMIC_FLAGS, PF_Cmd_SMART_PRE_RENDER and PF_Cmd_SMART_RENDER. May be called
+    // from several threads at once.
+    FrameResult renderFrame(const FrameRequest& request);
+
+    // The sequence data in its saved form, and back from it. Not during a render.
+    std::vector<std::byte> flattenedSequenceData();
+    void resetup(const std::vector<std::byte>& flat);
+
+    // One command at a moment of the composition, for panels and tests. params, output and extra go to the module as
+    // they are; without params the module gets all parameters' values at that moment.
+    CommandResult command(PF_Cmd command, int frame, void* extra = nullptr, PF_ParamDef** params = nullptr);
+
+    EffectHost& host() { return mHost; }
+    const Project& project() const { return mProject; }
+    const TimeBase& timeBase() const { return mTimeBase; }
+    ApplicationObjects& objects() { return mObjects; }
+    LayerWorlds& layerWorlds() { return mLayerWorlds; }
+    ParameterValues& values() { return mValues; }
+    PanelState& panel() { return mPanel; }
+    const PanelState& panel() const { return mPanel; }
+    FrameSource& effectLayer() const { return *mProject.layers.at(static_cast<std::size_t>(mProject.effectLayer)); }
+
+private:
+    Region wholeLayer(const FrameRequest& request) const;
+    void setUpSequence();
+
+    EffectHost& mHost;
+    const Project mProject;
+    TimeBase mTimeBase;
+    ApplicationObjects mObjects;
+    LayerWorlds mLayerWorlds;
+    ParameterValues mValues;
+    PanelState mPanel;
+    SequencePool mSequence;
+};
+
+}  // namespace TessavoyHost

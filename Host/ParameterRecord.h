@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "Host/CommandContext.h"
+
+namespace TessavoyHost {
+
+// A parameter at a moment as the module sees it, and what must live as long as the record does: a layer's pixels, a
+// value that was interpolated for it.
+struct ParameterRecord {
+    PF_ParamDef definition{};
+    std::shared_ptr<void> keep;
+};
+
+// time in composition seconds. A layer without pixels then has null data and no size. Throws HostCallFailure,
+// HostError.
+ParameterRecord parameterRecord(CommandContext& context, int index, double time);
+
+// All parameters at the command's moment, by index, with their present names: what panel commands get.
+class ParameterArray {
+public:
+    explicit ParameterArray(CommandContext& context);
+
+    PF_ParamDef** data() { return mPointers.data(); }
+
+private:
+    std::vector<ParameterRecord> mRecords;
+    std::vector<PF_ParamDef*> mPointers;
+};
+
+}  // namespace TessavoyHost

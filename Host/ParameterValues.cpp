@@ -1,0 +1,220 @@
+#include "Host/ParameterValues.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "Host/ArbitraryCalls.h"
+#include "Host/EffectHost.h"
+#include "Host/HostCall.h"
+#include "Host/HostError.h"
+#include "Host/KeyTrack.h"
+
+namespace TessavoyHost {
+namespace {
+
+constexpr double fixedOne = 65536;
+
+double fromFixed(PF_Fixed value) {
+    return value / fixedOne;
+}
+
+PF_Fixed toInteger(double value) {
+    return static_cast<PF_Fixed>(std::lround(std::clamp<double>(value, INT32_MIN, INT32_MAX)));
+}
+
+PF_Fixed toFixed(double value) {
+    return toInteger(value * fixedOne);
+}
+
+ColorValue toColor(const PF_Pixel& pixel) {
+    return {pixel.red, pixel.green, pixel.blue, pixel.alpha};
+}
+
+// Writes each kind of value into the parameter types that take it.
+struct Writer {
+    PF_ParamDef& parameter;
+    double factorX;
+    double factorY;
+
+    bool operator()(double value) const {
+        PF_ParamDefUnion& u = parameter.u;
+        switch (parameter.param_type) {
+            case PF_Param_SLIDER:
+                u.sd.value = toInteger(value);
+                return true;
+            case PF_Param_FIX_SLIDER:
+                u.fd.value = toFixed(value);
+                return true;
+            case PF_Param_ANGLE:
+                u.ad.value = toFixed(value);
+                return true;
+            case PF_Param_CHECKBOX:
+                u.bd.value = value != 0;
+                return true;
+            case PF_Param_POPUP:
+                u.pd.value = toInteger(value);
+                return true;
+            case PF_Param_FLOAT_SLIDER:
+                u.fs_d.value = value;
+                return true;
+            default:
+                return false;
+        }
+    }
+
+    bool operator()(const ColorValue& value) const {
+        parameter.u.cd.value = {value.alpha, value.red, value.green, value.blue};
+        return parameter.param_type == PF_Param_COLOR;
+    }
+
+    bool operator()(const Point2& value) const {
+        parameter.u.td.x_value = toFixed(value.x * factorX);
+        parameter.u.td.y_value = toFixed(value.y * factorY);
+        return parameter.param_type == PF_Param_POINT;
+    }
+
+    bool operator()(const Point3& value) const {
+        parameter.u.point3d_d.x_value = value.x * factorX;
+        parameter.u.point3d_d.y_value = value.y * factorY;
+        parameter.u.point3d_d.z_value = value.z * factorX;
+        return parameter.param_type == PF_Param_POINT_3D;
+    }
+
+    bool operator()(const MaskReference& value) const {
+        parameter.u.path_d.path_id = value.id;
+        return parameter.param_type == PF_Param_PATH;
+    }
+
+    bool operator()(const LayerReference&) const { return false; }
+    bool operator()(const ArbitraryValue&) const { return false; }
+};
+
+}  // namespace
+
+bool blends(const PF_ParamDef& definition) {
+    switch (definition.param_type) {
+        case PF_Param_SLIDER:
+        case PF_Param_FIX_SLIDER:
+        case PF_Param_ANGLE:
+        case PF_Param_COLOR:
+        case PF_Param_POINT:
+        case PF_Param_FLOAT_SLIDER:
+        case PF_Param_ARBITRARY_DATA:
+        case PF_Param_POINT_3D:
+            return (definition.flags & PF_ParamFlag_CANNOT_INTERP) == 0;
+        default:
+            return false;
+    }
+}
+
+ParameterValue registeredDefault(const PF_ParamDef& definition, int layerWidth, int layerHeight) {
+    const PF_ParamDefUnion& u = definition.u;
+    switch (definition.param_type) {
+        case PF_Param_SLIDER:
+            return static_cast<double>(u.sd.dephault);
+        case PF_Param_FIX_SLIDER:
+            return fromFixed(u.fd.dephault);
+        case PF_Param_ANGLE:
+            return fromFixed(u.ad.dephault);
+        case PF_Param_CHECKBOX:
+            return static_cast<double>(u.bd.dephault);
+        case PF_Param_POPUP:
+            return static_cast<double>(u.pd.dephault);
+        case PF_Param_FLOAT_SLIDER:
+            return static_cast<double>(u.fs_d.dephault);
+        case PF_Param_COLOR:
+            return toColor(u.cd.dephault);
+        case PF_Param_POINT:
+            return Point2{fromFixed(u.td.x_dephault) / 100 * layerWidth,
+                          fromFixed(u.td.y_dephault) / 100 * layerHeight};
+        case PF_Param_POINT_3D:
+            return Point3{u.point3d_d.x_dephault / 100 * layerWidth, u.point3d_d.y_dephault / 100 * layerHeight,
+                          u.point3d_d.z_dephault / 100 * layerHeight};
+        case PF_Param_LAYER:
+            return LayerReference{};
+        case PF_Param_PATH:
+            return MaskReference{static_cast<std::uint32_t>(u.path_d.dephault)};
+        case PF_Param_ARBITRARY_DATA:
+            return ArbitraryValue{};
+        default:
+            return 0.0;
+    }
+}
+
+bool writeValue(PF_ParamDef& parameter, const ParameterValue& value, const Rational& downsampleX,
+                const Rational& downsampleY) {
+    return std::visit(Writer{parameter, downsampleX.value(), downsampleY.value()}, value);
+}
+
+ParameterValues::ParameterValues(EffectHost& host, const Project& project, int layerWidth, int layerHeight)
+    : mHost(host), mParameters(host.parameters().size()) {
+    for (int index = 0; index < count(); ++index) {
+        const PF_ParamDef& definition = host.parameters()[static_cast<std::size_t>(index)].definition;
+        Parameter& parameter = mParameters[static_cast<std::size_t>(index)];
+        const auto given = project.parameters.find(index);
+        if (given != project.parameters.end() && !given->second.keys.empty())
+            parameter.track = given->second;
+        else
+            parameter.track.keys.push_back({0, registeredDefault(definition, layerWidth, layerHeight), Ease::Linear});
+        parameter.blends = blends(definition);
+        if (definition.param_type == PF_Param_ARBITRARY_DATA)
+            makeHandles(index, parameter);
+    }
+}
+
+ParameterValues::~ParameterValues() {
+    for (std::size_t index = 0; index < mParameters.size(); ++index) {
+        const ArbitraryCalls calls(mHost, mHost.parameters()[index]);
+        for (const PF_Handle handle : mParameters[index].handles) {
+            try {
+                calls.dispose(handle);
+            } catch (const HostCallFailure& failure) {
+                mHost.noteBroken("disposing of arbitrary data failed with " + std::to_string(failure.error));
+            }
+        }
+    }
+}
+
+// A key without bytes stands for the registered default.
+void ParameterValues::makeHandles(int index, Parameter& parameter) {
+    const RegisteredParameter& registered = mHost.parameters()[static_cast<std::size_t>(index)];
+    const ArbitraryCalls calls(mHost, registered);
+    const PF_Handle fallback = registered.definition.u.arb_d.dephault;
+    for (const Key& key : parameter.track.keys) {
+        const auto value = std::get_if<ArbitraryValue>(&key.value);
+        try {
+            if (value != nullptr && !value->flat.empty())
+                parameter.handles.push_back(calls.unflatten(value->flat));
+            else
+                parameter.handles.push_back(fallback == nullptr ? nullptr : calls.copy(fallback));
+        } catch (const HostCallFailure& failure) {
+            throw HostError(ExitStatus::Scene, "the effect refuses the saved value of parameter " +
+                                                   std::to_string(index) + " (\"" + registered.definition.name +
+                                                   "\"), error " + std::to_string(failure.error));
+        }
+    }
+}
+
+ParameterValue ParameterValues::at(int index, double time) const {
+    const Parameter& parameter = mParameters.at(static_cast<std::size_t>(index));
+    return valueAt(parameter.track, time, parameter.blends);
+}
+
+std::shared_ptr<void> ParameterValues::arbitraryAt(int index, double time) const {
+    const Parameter& parameter = mParameters.at(static_cast<std::size_t>(index));
+    const KeySpan span = locate(parameter.track, time, parameter.blends);
+    const PF_Handle left = parameter.handles.at(span.left);
+    const PF_Handle right = parameter.handles.at(span.right);
+    if (span.share == 0 || left == nullptr || right == nullptr)
+        return {left, [](void*) {}};
+    const ArbitraryCalls calls(mHost, mHost.parameters()[static_cast<std::size_t>(index)]);
+    return {calls.interpolate(left, right, span.share), [calls](void* made) {
+                try {
+                    calls.dispose(static_cast<PF_Handle>(made));
+                } catch (const HostCallFailure&) {  // the module keeps it then, and the long ledger shows it
+                }
+            }};
+}
+
+}  // namespace TessavoyHost

@@ -1,0 +1,96 @@
+#include "Host/Scene/JsonText.h"
+
+#include <algorithm>
+#include <set>
+#include <vector>
+
+namespace TessavoyHost {
+namespace {
+
+// Follows the parser through the text and notes keys that an object holds twice; the parser itself keeps the last.
+class DuplicateKeys {
+public:
+    explicit DuplicateKeys(Problems& problems) : mProblems(problems) {}
+
+    void follow(nlohmann::json::parse_event_t event, const nlohmann::json& parsed) {
+        using Event = nlohmann::json::parse_event_t;
+        switch (event) {
+            case Event::object_start: mLevels.push_back({.isList = false}); break;
+            case Event::array_start: mLevels.push_back({.isList = true}); break;
+            case Event::key: enterKey(parsed.get<std::string>()); break;
+            case Event::object_end:
+            case Event::array_end:
+                mLevels.pop_back();
+                endValue();
+                break;
+            case Event::value: endValue(); break;
+        }
+    }
+
+private:
+    struct Level {
+        bool isList = false;
+        std::size_t index = 0;
+        std::string key = {};
+        std::set<std::string> keys = {};
+    };
+
+    void enterKey(std::string key) {
+        Level& level = mLevels.back();
+        level.key = std::move(key);
+        if (!level.keys.insert(level.key).second) {
+            mProblems.add(place(), "stands twice");
+        }
+    }
+
+    void endValue() {
+        if (!mLevels.empty() && mLevels.back().isList) {
+            ++mLevels.back().index;
+        }
+    }
+
+    Place place() const {
+        Place result;
+        for (const auto& level : mLevels) {
+            result = level.isList ? result.element(level.index) : result.child(level.key);
+        }
+        return result;
+    }
+
+    Problems& mProblems;
+    std::vector<Level> mLevels;
+};
+
+std::string lineAndColumn(const std::string& text, std::size_t byte) {
+    const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(byte == 0 ? 0 : byte - 1, text.size()));
+    const auto line = 1 + std::count(text.begin(), end, '\n');
+    const auto lineStart = std::find(std::make_reverse_iterator(end), text.rend(), '\n').base();
+    return "line " + std::to_string(line) + ", column " + std::to_string(end - lineStart + 1);
+}
+
+// The parser's message without its own preamble, "[json.exception...] parse error at line 1, column 2: ".
+std::string reasonOf(const nlohmann::json::exception& error) {
+    const std::string text = error.what();
+    const auto end = text.find(": ");
+    return end == std::string::npos ? text : text.substr(end + 2);
+}
+
+}  // namespace
+
+std::optional<nlohmann::json> parseJsonText(const std::string& text, Problems& problems) {
+    DuplicateKeys duplicates(problems);
+    const auto follow = [&duplicates](int, nlohmann::json::parse_event_t event, nlohmann::json& parsed) {
+        duplicates.follow(event, parsed);
+        return true;
+    };
+    try {
+        return nlohmann::json::parse(text, follow, true, true);
+    } catch (const nlohmann::json::parse_error& error) {
+        problems.add(Place(lineAndColumn(text, error.byte)), reasonOf(error));
+    } catch (const nlohmann::json::exception& error) {
+        problems.add(Place(), error.what());
+    }
+    return std::nullopt;
+}
+
+}  // namespace TessavoyHost

@@ -1,0 +1,153 @@
+#include "Host/Scene/LayersReader.h"
+
+#include <algorithm>
+
+#include "Host/HostError.h"
+#include "Host/Scene/CompositionReader.h"
+#include "Host/Scene/Files.h"
+#include "Host/Scene/Values.h"
+
+namespace TessavoyHost {
+namespace {
+
+constexpr int mostFiles = 1'000'000;
+
+class LayerReader {
+public:
+    LayerReader(const std::filesystem::path& folder, const Composition& composition, const ImageAccess& images)
+        : mFolder(folder), mComposition(composition), mImages(images) {}
+
+    std::shared_ptr<FrameSource> read(const JsonNode& node, const std::string& name) const {
+        const bool isObject = node.json().is_object();
+        const bool hasImage = isObject && node.json().contains("image");
+        if (isObject && hasImage == node.json().contains("solid")) {
+            node.problem(hasImage ? "has both \"image\" and \"solid\"" : "needs \"image\" or \"solid\"");
+            return nullptr;
+        }
+        return hasImage ? readImageLayer(node, name) : readSolid(node, name);
+    }
+
+private:
+    LayerFrame wholeTime(const std::string& name, PixelSize size) const {
+        return {name, size.width, size.height, 0, mComposition.duration};
+    }
+
+    std::shared_ptr<FrameSource> readSolid(const JsonNode& node, const std::string& name) const {
+        const JsonObject object(node, {"name", "solid", "width", "height"});
+        const auto solid = object.require("solid");
+        const auto width = object.requireInteger("width", 1, mostPixelsAcross);
+        const auto height = object.requireInteger("height", 1, mostPixelsAcross);
+        const auto color = solid ? readColor(*solid) : std::nullopt;
+        if (!color || !width || !height) {
+            return nullptr;
+        }
+        return std::make_shared<SolidSource>(wholeTime(name, {*width, *height}), *color);
+    }
+
+    std::shared_ptr<FrameSource> readImageLayer(const JsonNode& node, const std::string& name) const {
+        const JsonNode image = node.child("image");
+        const auto text = image.name();
+        if (!text) {
+            return nullptr;
+        }
+        const std::string path = utf8(mFolder / pathFromUtf8(*text));
+        auto places = findNumberPlaces(path);
+        std::erase_if(places, [](const NumberPlace& place) { return place.isLoneHash; });
+        if (places.size() > 1) {
+            image.problem("has more than one place for a number");
+            return nullptr;
+        }
+        return places.empty() ? readStill(node, name, path) : readSequence(node, name, NumberedName(path, places[0]));
+    }
+
+    std::shared_ptr<FrameSource> readStill(const JsonNode& node, const std::string& name,
+                                           const std::string& path) const {
+        const JsonObject object(node, {"name", "image"});
+        const auto file = pathFromUtf8(path);
+        const auto size = probe(node.child("image"), file);
+        return size ? std::make_shared<StillSource>(wholeTime(name, *size), file, mImages.read) : nullptr;
+    }
+
+    std::shared_ptr<FrameSource> readSequence(const JsonNode& node, const std::string& name,
+                                              const NumberedName& path) const {
+        const JsonObject object(node, {"name", "image", "first", "count", "frameRate", "start"});
+        const auto first = object.requireInteger("first", 0, mostFiles);
+        const auto count = object.requireInteger("count", 1, mostFiles);
+        const auto rateNode = object.find("frameRate");
+        const auto startNode = object.find("start");
+        const auto rate = rateNode ? readFrameRate(*rateNode) : std::optional(mComposition.frameRate);
+        const auto start = startNode ? startNode->number(anyNumber) : std::optional(0.0);
+        if (!first || !count || !rate || !start) {
+            return nullptr;
+        }
+        const SequenceFiles files{path, *first, *count, rate->value()};
+        const auto size = probeAll(node.child("image"), files);
+        if (!size) {
+            return nullptr;
+        }
+        const LayerFrame frame{name, size->width, size->height, *start, *count / rate->value()};
+        return std::make_shared<SequenceSource>(frame, files, mImages.read);
+    }
+
+    std::optional<PixelSize> probe(const JsonNode& image, const std::filesystem::path& file) const {
+        try {
+            return mImages.probe(file);
+        } catch (const HostError& error) {
+            image.problem(error.what());
+            return std::nullopt;
+        }
+    }
+
+    // The size of the first file, when all are there.
+    std::optional<PixelSize> probeAll(const JsonNode& image, const SequenceFiles& files) const {
+        for (int i = 1; i < files.count; ++i) {
+            std::error_code ignored;
+            if (!std::filesystem::exists(files.file(i), ignored)) {
+                image.problem(utf8(files.file(i)) + ": there is no such file; the sequence has " +
+                              std::to_string(files.count) + " files from number " + std::to_string(files.first));
+                return std::nullopt;
+            }
+        }
+        return probe(image, files.file(0));
+    }
+
+    const std::filesystem::path& mFolder;
+    const Composition& mComposition;
+    const ImageAccess& mImages;
+};
+
+std::string readLayerName(const JsonNode& node, const std::vector<std::string>& taken) {
+    if (!node.json().is_object()) {
+        node.wrongType("an object");
+        return {};
+    }
+    if (!node.json().contains("name")) {
+        node.missing("name");
+        return {};
+    }
+    const auto name = node.child("name").name();
+    if (name && std::find(taken.begin(), taken.end(), *name) != taken.end()) {
+        node.child("name").problem("there is a layer \"" + *name + "\" already");
+    }
+    return name.value_or("");
+}
+
+}  // namespace
+
+LayerList readLayers(const JsonNode& node, const std::filesystem::path& folder, const Composition& composition,
+                     const ImageAccess& images) {
+    LayerList list;
+    const LayerReader reader(folder, composition, images);
+    const auto elements = node.elements();
+    if (!elements) {
+        return list;
+    }
+    for (const auto& element : *elements) {
+        const std::string name = readLayerName(element, list.names);
+        list.names.push_back(name);
+        list.sources.push_back(element.json().is_object() ? reader.read(element, name) : nullptr);
+    }
+    return list;
+}
+
+}  // namespace TessavoyHost

@@ -1,0 +1,47 @@
+#include "Host/SequenceBlock.h"
+
+#include <nlohmann/json.hpp>
+
+namespace TessavoyHost {
+namespace {
+
+constexpr std::uint32_t headerSize = 16;
+
+void append(std::vector<std::byte>& block, std::uint32_t number) {
+    for (int shift = 0; shift < 32; shift += 8)
+        block.push_back(static_cast<std::byte>(number >> shift));
+}
+
+void append(std::vector<std::byte>& block, const std::string& text) {
+    for (const char c : text)
+        block.push_back(static_cast<std::byte>(c));
+}
+
+std::string namesText(const std::map<std::int32_t, std::string>& names) {
+    if (names.empty())
+        return {};
+    nlohmann::json object;
+    object["paramNames"] = names;
+    return object.dump();
+}
+
+}  // namespace
+
+std::vector<std::byte> sequenceBlock(const std::string& script, const std::map<std::int32_t, std::string>& names,
+                                     std::uint32_t version) {
+    // The module reads the script up to its first zero.
+    const std::string text = script.substr(0, script.find('\0'));
+    const std::string json = namesText(names);
+    std::vector<std::byte> block;
+    block.push_back(std::byte{1});
+    append(block, std::string("GRID") + std::string(3, '\0'));
+    append(block, headerSize);
+    append(block, version);
+    append(block, static_cast<std::uint32_t>(text.size() + 1));
+    append(block, static_cast<std::uint32_t>(json.size() + 1));
+    append(block, text + '\0');
+    append(block, json + '\0');
+    return block;
+}
+
+}  // namespace TessavoyHost

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Host/Project.h"
+#include "HostInterface/Types.h"
+
+namespace TessavoyHost {
+
+// The composition's clock as the module sees it: units of 1 / scale seconds, step units a frame, and the effect layer
+// begins at start units of the composition.
+struct TimeBase {
+    A_u_long scale = 1;
+    A_long step = 1;
+    A_long start = 0;  // of the effect layer
+
+    TimeBase() = default;
+    TimeBase(const Composition& composition, double layerStart);
+
+    // A frame of the composition in layer time.
+    A_long layerTimeOf(int frame) const { return frame * step - start; }
+    // Layer time, in units of 1 / timeScale, to composition seconds.
+    double compositionSeconds(A_long layerTime, A_u_long timeScale) const;
+};
+
+// Seconds as a fraction: over the scale where that is exact, otherwise the nearest fraction with a small denominator.
+A_Time toTime(double seconds, A_u_long scale);
+
+double seconds(const A_Time& time);
+
+}  // namespace TessavoyHost

@@ -1,0 +1,169 @@
+#include "Source/RenderGrid/BatchWalk.h"
+
+#include "Source/Assert.h"
+#include "Source/HostAccess/HostMemory.h"
+#include "Source/RenderGrid/OutlinePattern.h"
+
+#include <cstring>
+#include <limits>
+
+namespace Tessavoy {
+
+namespace {
+
+/// What the cells between the two cursors will write.
+struct BatchMeasure {
+    std::size_t vertices = 0;
+    std::size_t indices = 0;
+    A_long cells = 0;
+};
+
+/// Moves the right cursor to the end of the batch, cell by cell: an oversized one ends it.
+template <class Sequence>
+BatchMeasure measureByCells(const GridInstances& instances, const EmissionFrame& frame, Sequence& right) {
+    BatchMeasure sums;
+    while (!right.IsEnd()) {
+        const InstanceCount count = CountInstance(frame, instances.cells()[right.GetInd()]);
+        right.Next();
+        if (isOversized(count)) {
+            right.Prev();
+            break;
+        }
+        sums.vertices += count.vertices;
+        sums.indices += count.indices;
+        ++sums.cells;
+    }
+    return sums;
+}
+
+/// The same; without an oversized cell the batch is the whole frame, whose sums are known.
+template <class Sequence>
+BatchMeasure measureBatch(const GridInstances& instances, const EmissionFrame& frame, Sequence& right) {
+    if (instances.hasOversizedCell()) {
+        return measureByCells(instances, frame, right);
+    }
+    right.skipToEnd();
+    return {instances.vertexTotal(), instances.indexTotal(), right.GetCount()};
+}
+
+void prefetchRecord(const InstanceState& cell) {
+    const char* const address = reinterpret_cast<const char*>(&cell);
+    for (std::size_t at = 0; at < sizeof cell; at += 64) {
+        __builtin_prefetch(address + at);
+    }
+}
+
+void prefetchAhead(const GridInstances&, const GridToSequence&) {}
+
+/// Records in the order of depth lie anywhere in memory; they are asked for some cells before they are needed.
+void prefetchAhead(const GridInstances& instances, const GridToSequenceByZ& left) {
+    constexpr std::ptrdiff_t steps = 8;
+    prefetchRecord(instances.cells().data()[left.indexAhead(steps)]);
+}
+
+template <class Sequence>
+void writeBatch(const GridInstances& instances, const BatchMeasure& sums, Sequence& left, InstanceEmitter& emitter,
+                EmissionCursor& cursor) {
+    const InstanceState* const cells = instances.cells().data();
+    for (A_long k = 0; k < sums.cells; ++k) {
+        prefetchAhead(instances, left);
+        emitter.emit(cells[left.GetInd()], cursor);
+        left.Sequence::Next();
+    }
+}
+
+/// The walk of both cursors, which are of the same class.
+template <class Sequence>
+void walk(const GridInstances& instances, Sequence& left, Sequence& right, BatchSink& sink) {
+    const EmissionFrame frame = instances.evaluator().emissionFrame();
+    const bool textured = frame.atlas != nullptr;
+    InstanceEmitter emitter(frame, instances.outlinesDependOnCountOnly());
+    left.Reset();
+    right.Reset();
+    while (!left.IsEnd() && !right.IsEnd()) {
+        const BatchMeasure sums = measureBatch(instances, frame, right);
+        if (sums.vertices == 0 || sums.indices == 0) {
+            TESSAVOY_ASSERT(sums.vertices == 0 && sums.indices == 0, "vertsCount == 0 && indsCount == 0");
+            return;
+        }
+        if (sums.vertices > std::numeric_limits<std::uint32_t>::max()) {
+            throw PF_Err_INTERNAL_STRUCT_DAMAGED;
+        }
+        const BatchSize size{sums.vertices, sums.indices,
+                             textured ? sizeof(TexturedInstanceVertex) : sizeof(InstanceVertex)};
+        const BatchRoom room = sink.begin(size);
+        EmissionCursor cursor{0, static_cast<std::byte*>(room.vertices), static_cast<std::uint32_t>(size.vertexStride),
+                              room.indices};
+        writeBatch(instances, sums, left, emitter, cursor);
+        sink.end({cursor.nextVertex, static_cast<std::size_t>(cursor.index - room.indices), size.vertexStride});
+    }
+}
+
+}  // namespace
+
+void writeBatches(const GridInstances& instances, DrawOrder& order, BatchSink& sink) {
+    auto* const leftByZ = dynamic_cast<GridToSequenceByZ*>(&order.left());
+    auto* const rightByZ = dynamic_cast<GridToSequenceByZ*>(&order.right());
+    if (leftByZ != nullptr && rightByZ != nullptr) {
+        walk(instances, *leftByZ, *rightByZ, sink);
+    } else {
+        walk(instances, order.left(), order.right(), sink);
+    }
+}
+
+ZBoundsSink::ZBoundsSink(PF_InData* inData, float downsampleX, ZBounds& bounds)
+    : mInData(inData), mDownsampleX(downsampleX), mBounds(bounds) {}
+
+ZBoundsSink::~ZBoundsSink() {
+    freeBlocks();
+}
+
+BatchRoom ZBoundsSink::begin(const BatchSize& size) {
+    mVertices = HostAlloc(mInData, size.vertexCount * size.vertexStride);
+    mIndices = HostAlloc(mInData, size.indexCount * sizeof(std::uint32_t));
+    return {mVertices, static_cast<std::uint32_t*>(mIndices)};
+}
+
+void ZBoundsSink::end(const BatchSize& written) {
+    const char* vertex = static_cast<const char*>(mVertices) + offsetof(InstanceVertex, z);
+    for (std::size_t k = 0; k < written.vertexCount; ++k, vertex += written.vertexStride) {
+        float z = 0.0F;
+        std::memcpy(&z, vertex, sizeof z);
+        take(z / mDownsampleX);
+    }
+    freeBlocks();
+}
+
+void ZBoundsSink::take(float z) {
+    if (!mHasVertex) {
+        mBounds = {z, z};
+        mHasVertex = true;
+    }
+    if (z < mBounds.minimum) {
+        mBounds.minimum = z;
+    }
+    if (z > mBounds.maximum) {
+        mBounds.maximum = z;
+    }
+}
+
+void ZBoundsSink::freeBlocks() {
+    HostFree(mInData, mVertices);
+    HostFree(mInData, mIndices);
+    mVertices = nullptr;
+    mIndices = nullptr;
+}
+
+DrawOrder drawOrderOf(const GridInstances& instances) {
+    const GridEvaluator& evaluator = instances.evaluator();
+    return DrawOrder(evaluator.sortsByZ(), evaluator.CountX(), evaluator.CountY(), instances.cells().data());
+}
+
+void MeasureZBounds(GridEvaluator& evaluator, ZBounds& bounds) {
+    const GridInstances instances(evaluator);
+    DrawOrder order = drawOrderOf(instances);
+    ZBoundsSink sink(evaluator.inData(), evaluator.place().downsampleX, bounds);
+    writeBatches(instances, order, sink);
+}
+
+}  // namespace Tessavoy

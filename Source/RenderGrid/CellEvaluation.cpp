@@ -1,0 +1,310 @@
+#include "Source/RenderGrid/CellEvaluation.h"
+
+#include "Source/Evaluate/Truncation.h"
+
+#include <array>
+
+namespace Tessavoy {
+
+namespace {
+
+constexpr A_long texturedQuad = 2;  // a value of ShapeType
+constexpr A_long strokeMode = 2;    // a value of ShapeDrawMode
+
+enum SplittingMode : A_long { GridOfItems = 1, TimelineFrames = 2, SplitImage = 3 };
+
+/// A shape of four parts is a square, and this makes its half side as long as the size that the user set.
+constexpr float squareFactor = 1.4142135F;
+
+constexpr float smallestFeather = 0.0001F;
+constexpr float smallestStrokeWidth = 0.01F;
+constexpr float smallestRadius = 0.01F;
+
+constexpr float percent = 0.01F;
+
+/// Where a constant property is evaluated: it is the same everywhere.
+constexpr float anywhere = 0.5F;
+
+using BlockValues = std::array<double, blockCells>;
+
+BlockValues evaluated(const PropertyEvaluator& property, const CellBlock& block) {
+    BlockValues values{};
+    property.evaluate(block.u.data(), block.v.data(), values.data(), block.count);
+    return values;
+}
+
+double constantOf(const PropertyEvaluator& property) {
+    return property.evaluate(anywhere, anywhere);
+}
+
+}  // namespace
+
+CellEvaluation::CellEvaluation(const ParameterSnapshot& snapshot, const FrameChoice& frames, bool toFractions)
+    : mSnapshot(snapshot),
+      mFrames(frames),
+      mPercentFactor(toFractions ? percent : 1.0F),
+      mTextured(snapshot.ShapeType == texturedQuad) {
+    const auto offset = [](const PropertyEvaluator& property) {
+        const bool constant = property.isConstant();
+        return OffsetField{&property, constant, constant ? static_cast<float>(constantOf(property)) : 0.0F};
+    };
+    mOffsetX = offset(snapshot.InstanceOffsetX);
+    mOffsetY = offset(snapshot.InstanceOffsetY);
+    mOffsetZ = offset(snapshot.InstanceOffsetZ);
+    mPrototype.z = 0.0F + mOffsetZ.value;
+    takePlainFields(snapshot);
+    takeRadiusAndParts();
+    takeStroke();
+    takeFeather();
+    takeColour();
+    takeFrameIndex();
+}
+
+void CellEvaluation::takePlainFields(const ParameterSnapshot& snapshot) {
+    takePlainField({&snapshot.ShapeAnchorX, &InstanceState::anchorX, true});
+    takePlainField({&snapshot.ShapeAnchorY, &InstanceState::anchorY, true});
+    takePlainField({&snapshot.InstanceRotation3DX, &InstanceState::angleX, false});
+    takePlainField({&snapshot.InstanceRotation3DY, &InstanceState::angleY, false});
+    takePlainField({&snapshot.InstanceRotation, &InstanceState::angle, false});
+    mMatrixFieldsVary = !mVaryingFields.empty();
+    takePlainField({&snapshot.ShapeScaleX, &InstanceState::scaleX, true});
+    if (!snapshot.ShapeUniformScaling) {
+        takePlainField({&snapshot.ShapeScaleY, &InstanceState::scaleY, true});
+    }
+    mPrototype.scaleY = snapshot.ShapeUniformScaling ? mPrototype.scaleX : mPrototype.scaleY;
+    mScaleYFollows = snapshot.ShapeUniformScaling && !snapshot.ShapeScaleX.isConstant();
+}
+
+void CellEvaluation::takePlainField(const PlainField& field) {
+    if (field.property->isConstant()) {
+        const float factor = field.inPercent ? mPercentFactor : 1.0F;
+        mPrototype.*field.field = static_cast<float>(constantOf(*field.property)) * factor;
+    } else {
+        mVaryingFields.push_back(field);
+    }
+}
+
+void CellEvaluation::takeRadiusAndParts() {
+    const bool raysVary = !mSnapshot.ShapeRaysCount.isConstant();
+    mPartsVary = raysVary && !mTextured;
+    mRadiusVaries = mPartsVary || !mSnapshot.InstanceSize.isConstant();
+    mMatrixFieldsVary = mMatrixFieldsVary || mRadiusVaries;
+    if (!mPartsVary) {
+        const A_long rays = raysVary ? 0 : truncated(constantOf(mSnapshot.ShapeRaysCount));
+        mPrototype.partsCount = partsCountOf(rays);
+        if (!mRadiusVaries) {
+            mPrototype.radius = radiusOf(constantOf(mSnapshot.InstanceSize), rays);
+        }
+    }
+}
+
+void CellEvaluation::takeStroke() {
+    mPrototype.stroke = mSnapshot.ShapeDrawMode == strokeMode && !mTextured;
+    if (mSnapshot.ShapeStrokeWidth.isConstant()) {
+        mPrototype.strokeWidth = strokeWidthOf(constantOf(mSnapshot.ShapeStrokeWidth));
+    }
+}
+
+void CellEvaluation::takeFeather() {
+    const bool inPixels = mSnapshot.ShapeFeatherScreenSpace;
+    const float feather = static_cast<float>(inPixels ? mSnapshot.ShapeFeatherPixels : mSnapshot.ShapeFeatherPercents);
+    mPrototype.featherScreenSpace = inPixels;
+    mPrototype.feather = feather <= smallestFeather ? 0.0F : feather * (inPixels ? 1.0F : mPercentFactor);
+}
+
+void CellEvaluation::takeColour() {
+    if (mSnapshot.InstanceColor.isConstant()) {
+        const std::array<float, 4> colour = mSnapshot.InstanceColor.evaluate(anywhere, anywhere);
+        mPrototype.r = colour[0];
+        mPrototype.g = colour[1];
+        mPrototype.b = colour[2];
+    }
+    if (mSnapshot.InstanceAlpha.isConstant()) {
+        mPrototype.a = static_cast<float>(mSnapshot.InstanceAlpha.evaluateClamped(anywhere, anywhere));
+    }
+}
+
+void CellEvaluation::takeFrameIndex() {
+    const A_long mode = mSnapshot.ShapeFramesSplittingMode;
+    const bool byProperty = mode == GridOfItems || mode == TimelineFrames;
+    const bool constant = byProperty && mSnapshot.ShapeFrameIndex.isConstant();
+    mFrameIndexVaries = mTextured && (mode == SplitImage || (byProperty && !constant));
+    if (mTextured && constant) {
+        mPrototype.spriteIndex =
+            mSnapshot.ShapeFrameIndex.evaluateIndex(anywhere, anywhere, mFrames.frameCount, mFrames.phase);
+    }
+}
+
+void CellEvaluation::evaluate(const CellBlock& block, InstanceState* cells) const {
+    writePositions(block, cells);
+    writePlainFields(block, cells);
+    writeColours(block, cells);
+    writeAlphas(block, cells);
+    writeFrameIndexes(block, cells);
+    writeRadiiAndParts(block, cells);
+    writeStrokeWidths(block, cells);
+    writeVisibility(block, cells);
+}
+
+namespace {
+
+using BlockPositions = std::array<float, blockCells>;
+
+/// Grid positions along one axis: the difference in single, the product in double precision.
+BlockPositions gridPositions(const std::array<float, blockCells>& part, double extent) {
+    BlockPositions positions;
+    for (int k = 0; k < blockCells; ++k) {
+        positions[k] = static_cast<float>((part[k] - 0.5F) * extent);
+    }
+    return positions;
+}
+
+}  // namespace
+
+void CellEvaluation::writePositions(const CellBlock& block, InstanceState* cells) const {
+    const auto moved = [&](BlockPositions positions, const OffsetField& offset) {
+        if (offset.constant) {
+            for (float& position : positions) {
+                position += offset.value;
+            }
+        } else {
+            const BlockValues values = evaluated(*offset.property, block);
+            for (int k = 0; k < blockCells; ++k) {
+                positions[k] += static_cast<float>(values[k]);
+            }
+        }
+        return positions;
+    };
+    const BlockPositions x = moved(gridPositions(block.u, mSnapshot.GridWidth), mOffsetX);
+    const BlockPositions y = moved(gridPositions(block.v, mSnapshot.GridHeight), mOffsetY);
+    for (int k = 0; k < block.count; ++k) {
+        cells[k].i = block.i[k];
+        cells[k].j = block.j[k];
+        cells[k].x = x[k];
+        cells[k].y = y[k];
+    }
+    if (!mOffsetZ.constant) {
+        const BlockPositions z = moved(BlockPositions{}, mOffsetZ);
+        for (int k = 0; k < block.count; ++k) {
+            cells[k].z = z[k];
+        }
+    }
+}
+
+void CellEvaluation::writePlainFields(const CellBlock& block, InstanceState* cells) const {
+    for (const PlainField& field : mVaryingFields) {
+        const BlockValues values = evaluated(*field.property, block);
+        const float factor = field.inPercent ? mPercentFactor : 1.0F;
+        for (int k = 0; k < block.count; ++k) {
+            cells[k].*field.field = static_cast<float>(values[k]) * factor;
+        }
+    }
+    if (mScaleYFollows) {
+        for (int k = 0; k < block.count; ++k) {
+            cells[k].scaleY = cells[k].scaleX;
+        }
+    }
+}
+
+void CellEvaluation::writeColours(const CellBlock& block, InstanceState* cells) const {
+    if (mSnapshot.InstanceColor.isConstant()) {
+        return;
+    }
+    std::array<std::array<float, 4>, blockCells> colours;
+    mSnapshot.InstanceColor.evaluate(block.u.data(), block.v.data(), colours.data(), block.count);
+    for (int k = 0; k < block.count; ++k) {
+        cells[k].r = colours[k][0];
+        cells[k].g = colours[k][1];
+        cells[k].b = colours[k][2];
+    }
+}
+
+void CellEvaluation::writeAlphas(const CellBlock& block, InstanceState* cells) const {
+    if (mSnapshot.InstanceAlpha.isConstant()) {
+        return;
+    }
+    BlockValues alphas;
+    mSnapshot.InstanceAlpha.evaluateClamped(block.u.data(), block.v.data(), alphas.data(), block.count);
+    for (int k = 0; k < block.count; ++k) {
+        cells[k].a = static_cast<float>(alphas[k]);
+    }
+}
+
+void CellEvaluation::writeFrameIndexes(const CellBlock& block, InstanceState* cells) const {
+    if (!mFrameIndexVaries) {
+        return;
+    }
+    std::array<A_long, blockCells> indexes;
+    if (mSnapshot.ShapeFramesSplittingMode == SplitImage) {
+        for (int k = 0; k < block.count; ++k) {
+            indexes[k] = block.j[k] * mFrames.framesAcross + block.i[k] + 1;
+        }
+    } else {
+        mSnapshot.ShapeFrameIndex.evaluateIndex(block.u.data(), block.v.data(), mFrames.frameCount, mFrames.phase,
+                                                indexes.data(), block.count);
+    }
+    for (int k = 0; k < block.count; ++k) {
+        cells[k].spriteIndex = indexes[k];
+    }
+}
+
+A_long CellEvaluation::partsCountOf(double raysCount) const {
+    const A_long rays = truncated(raysCount);
+    return mTextured ? 4 : rays < 1 ? 0 : rays;
+}
+
+float CellEvaluation::radiusOf(double size, A_long rays) const {
+    const float radius = static_cast<float>(size);
+    return mTextured || rays == 4 ? radius * squareFactor : radius;
+}
+
+float CellEvaluation::strokeWidthOf(double width) const {
+    const float stored = static_cast<float>(width);
+    return (stored <= smallestStrokeWidth ? smallestStrokeWidth : stored) * mPercentFactor;
+}
+
+void CellEvaluation::writeRadiiAndParts(const CellBlock& block, InstanceState* cells) const {
+    if (mPartsVary) {
+        const BlockValues rays = evaluated(mSnapshot.ShapeRaysCount, block);
+        for (int k = 0; k < block.count; ++k) {
+            cells[k].partsCount = partsCountOf(rays[k]);
+        }
+    }
+    if (mRadiusVaries) {
+        const BlockValues sizes = evaluated(mSnapshot.InstanceSize, block);
+        for (int k = 0; k < block.count; ++k) {
+            cells[k].radius = radiusOf(sizes[k], cells[k].partsCount);
+        }
+    }
+}
+
+void CellEvaluation::writeStrokeWidths(const CellBlock& block, InstanceState* cells) const {
+    if (mSnapshot.ShapeStrokeWidth.isConstant()) {
+        return;
+    }
+    const BlockValues widths = evaluated(mSnapshot.ShapeStrokeWidth, block);
+    for (int k = 0; k < block.count; ++k) {
+        cells[k].strokeWidth = strokeWidthOf(widths[k]);
+    }
+}
+
+void CellEvaluation::writeVisibility(const CellBlock& block, InstanceState* cells) const {
+    std::array<A_u_char, blockCells> shown;
+    mSnapshot.InstanceVisible.test(block.i.data(), block.j.data(), block.count, shown.data());
+    for (int k = 0; k < block.count; ++k) {
+        cells[k].visible = shown[k] != 0 && cells[k].radius > smallestRadius && cells[k].partsCount > 0;
+    }
+}
+
+void scaleToFractions(InstanceState& cell) {
+    cell.scaleX *= percent;
+    cell.scaleY *= percent;
+    cell.strokeWidth *= percent;
+    cell.anchorX *= percent;
+    cell.anchorY *= percent;
+    if (cell.featherScreenSpace == 0) {
+        cell.feather *= percent;
+    }
+}
+
+}  // namespace Tessavoy

@@ -1,0 +1,218 @@
+#include "Source/RenderGrid/OutlinePattern.h"
+
+#include "Source/RenderGrid/FloatQuad.h"
+
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace Tessavoy {
+
+OutlineKey::OutlineKey(const InstanceState& cell)
+    : mPartsCount(cell.partsCount),
+      mScaleX(cell.scaleX),
+      mScaleY(cell.scaleY),
+      mFeather(cell.feather),
+      mStrokeWidth(cell.strokeWidth),
+      mStroke(cell.stroke),
+      mFeatherScreenSpace(cell.featherScreenSpace) {}
+
+bool OutlineKey::matches(const InstanceState& cell) const {
+    const auto difference = [](float a, float b) {
+        return std::bit_cast<std::uint32_t>(a) ^ std::bit_cast<std::uint32_t>(b);
+    };
+    const std::uint32_t differences = static_cast<std::uint32_t>(mPartsCount ^ cell.partsCount) |
+                                      difference(mScaleX, cell.scaleX) | difference(mScaleY, cell.scaleY) |
+                                      difference(mFeather, cell.feather) | difference(mStrokeWidth, cell.strokeWidth) |
+                                      static_cast<std::uint32_t>(mStroke ^ cell.stroke) |
+                                      static_cast<std::uint32_t>(mFeatherScreenSpace ^ cell.featherScreenSpace);
+    return differences == 0;
+}
+
+namespace {
+
+/// The scale of a turn that keeps all angles and does not mirror, so that a feather looks the same before and after it;
+/// 0 for any other turn.
+float evenScale(const Matrix& matrix) {
+    const std::array<float, 16>& m = matrix.m;
+    const bool even = m[0] == m[5] && m[1] == -m[4] && m[2] == 0.0F && m[6] == 0.0F;
+    return even ? std::sqrt(m[0] * m[0] + m[1] * m[1]) : 0.0F;
+}
+
+/// Writes the vertices of one cell: the positions that `positionOf` gives for each, as x, y, z and 0 from the origin.
+class VertexWriter {
+public:
+    VertexWriter(const InstanceState& cell, std::byte* out)
+        : mOut(reinterpret_cast<float*>(out)),
+          mOrigin(FloatQuad::of(cell.matrix.m[12], cell.matrix.m[13], cell.matrix.m[14], cell.r)),
+          mColour(FloatQuad::load(&cell.r)),
+          mTransparent(FloatQuad::of(cell.r, cell.g, cell.b, 0.0F)) {}
+
+    template <class PositionOf>
+    std::byte* write(OutlineMode mode, std::size_t count, const PositionOf& positionOf) {
+        std::size_t k = 0;
+        if (!mode.stroke) {
+            put(positionOf(k++), mColour);
+        }
+        if (mode.feathered) {
+            for (; k < count; k += 2) {
+                put(positionOf(k), mColour);
+                put(positionOf(k + 1), mTransparent);
+            }
+        }
+        for (; k < count; ++k) {
+            put(positionOf(k), mColour);
+        }
+        return reinterpret_cast<std::byte*>(mOut);
+    }
+
+private:
+    /// The first store's last number is the second one's first: red.
+    void put(FloatQuad fromOrigin, FloatQuad colour) {
+        (fromOrigin + mOrigin).store(mOut);
+        colour.store(mOut + 3);
+        mOut += sizeof(InstanceVertex) / sizeof(float);
+    }
+
+    float* mOut;
+    FloatQuad mOrigin;
+    FloatQuad mColour;
+    FloatQuad mTransparent;
+};
+
+}  // namespace
+
+void OutlinePattern::make(const InstanceState& cell, OutlineBuilder& builder) {
+    mKey = OutlineKey(cell);
+    mMode = outlineMode(cell);
+    mFeatherInPixels = mMode.feathered && cell.featherScreenSpace != 0;
+    mOffsets.clear();
+    mLastTurn = {};
+    mOffsetTurn = {};
+    builder.build(cell);
+    if (mFeatherInPixels) {
+        builder.feather(mMode.stroke, 1.0, 1.0, 1.0);
+    }
+    makePlaces(builder.vertices());
+    const std::uint32_t count = static_cast<std::uint32_t>(mPlaces.size());
+    mIndices.resize(mPlaces.size() / mMode.verticesPerPlace() * mMode.indicesPerPlace());
+    mIndices.resize(static_cast<std::size_t>(writeShapeIndices(mMode, 0, count, mIndices.data()) - mIndices.data()));
+}
+
+/// Slots whose distance is in pixels keep the place of their vertex, and what one unit of distance adds to it.
+void OutlinePattern::makePlaces(const std::vector<OutlineVertex>& outline) {
+    mPlaces.clear();
+    mFinite = true;
+    for (std::size_t k = 0; k < outline.size(); ++k) {
+        const bool isSlot = (k + (mMode.stroke ? 0 : 1)) % 2 == 1 && k > 0;
+        const OutlinePoint& point = outline[k].position;
+        const OutlinePoint& place = mFeatherInPixels && isSlot ? outline[k - 1].position : point;
+        mPlaces.push_back({static_cast<float>(place.x), static_cast<float>(place.y),
+                           static_cast<float>(point.x - place.x), static_cast<float>(point.y - place.y)});
+        mFinite = mFinite && std::isfinite(point.x) && std::isfinite(point.y);
+    }
+}
+
+bool OutlinePattern::emit(const EmissionFrame& frame, const InstanceState& cell, OutlineBuilder& builder,
+                          EmissionCursor& cursor) {
+    const float* const turn = cell.matrix.m.data();
+    const bool turnedAsBefore = sameBits(turn, mLastTurn.data());
+    if (turnedAsBefore && (mOffsets.empty() || !sameBits(turn, mOffsetTurn.data()))) {
+        makeOffsets(frame, cell, builder);
+    }
+    if (!turnedAsBefore) {
+        std::copy_n(turn, mLastTurn.size(), mLastTurn.begin());
+    }
+    if (turnedAsBefore) {
+        writeOffsets(cell, cursor);
+    } else if (mFinite && !mFeatherInPixels) {
+        writePlaces(cell, 0.0F, cursor);
+    } else if (const float scale = evenScale(cell.matrix); mFinite && scale > 0.0F) {
+        writePlaces(cell, 0.5F * (frame.downsampleX + frame.downsampleY) * cell.feather / scale, cursor);
+    } else {
+        return false;
+    }
+    writeIndices(cursor);
+    cursor.nextVertex += static_cast<std::uint32_t>(mPlaces.size());
+    return true;
+}
+
+void OutlinePattern::makeOffsets(const EmissionFrame& frame, const InstanceState& cell, OutlineBuilder& builder) {
+    builder.build(cell);
+    builder.turnToView(frame, cell);
+    mOffsets.clear();
+    for (const OutlineVertex& vertex : builder.vertices()) {
+        const OutlinePoint& p = vertex.position;
+        mOffsets.push_back({static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z), 0.0F});
+    }
+    std::copy_n(cell.matrix.m.data(), mOffsetTurn.size(), mOffsetTurn.begin());
+}
+
+void OutlinePattern::writeOffsets(const InstanceState& cell, EmissionCursor& cursor) const {
+    VertexWriter writer(cell, cursor.vertex);
+    const Offset* const offsets = mOffsets.data();
+    cursor.vertex =
+        writer.write(mMode, mOffsets.size(), [offsets](std::size_t k) { return FloatQuad::load(offsets[k].data()); });
+}
+
+/// featherReach: how far slots move, in shape units.
+void OutlinePattern::writePlaces(const InstanceState& cell, float featherReach, EmissionCursor& cursor) const {
+    const std::array<float, 16>& m = cell.matrix.m;
+    const FloatQuad across = FloatQuad::of(m[0], m[1], m[2], 0.0F);
+    const FloatQuad down = FloatQuad::of(m[4], m[5], m[6], 0.0F);
+    const FloatQuad reach = FloatQuad::all(featherReach);
+    VertexWriter writer(cell, cursor.vertex);
+    const Place* const places = mPlaces.data();
+    cursor.vertex = writer.write(mMode, mPlaces.size(), [=](std::size_t k) {
+        const FloatQuad place = FloatQuad::load(&places[k].x);
+        const FloatQuad point = place + place.upperHalf() * reach;
+        return across * point.first() + down * point.second();
+    });
+}
+
+void OutlinePattern::writeIndices(EmissionCursor& cursor) const {
+    const std::size_t count = mIndices.size();
+    const __m128i base = _mm_set1_epi32(static_cast<int>(cursor.nextVertex));
+    std::size_t k = 0;
+    for (; k + 4 <= count; k += 4) {
+        const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(&mIndices[k]));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(cursor.index + k), _mm_add_epi32(four, base));
+    }
+    for (; k < count; ++k) {
+        cursor.index[k] = mIndices[k] + cursor.nextVertex;
+    }
+    cursor.index += count;
+}
+
+/// A pattern is made for an outline that two cells running have had; one that never comes again is not worth it.
+OutlinePattern* InstanceEmitter::patternFor(const InstanceState& cell) {
+    if (!mSharedOutlines || mFrame.atlas != nullptr || cell.partsCount < 1) {
+        return nullptr;
+    }
+    Slot& slot = mSlots[static_cast<std::size_t>(cell.partsCount) % mSlots.size()];
+    if (slot.pattern.matches(cell)) {
+        return &slot.pattern;
+    }
+    if (!slot.lastMissed.matches(cell)) {
+        slot.lastMissed = OutlineKey(cell);
+        return nullptr;
+    }
+    slot.pattern.make(cell, mBuilder);
+    return &slot.pattern;
+}
+
+void InstanceEmitter::emit(const InstanceState& cell, EmissionCursor& cursor) {
+    if (cell.visible == 0) {
+        return;
+    }
+    if (mPattern == nullptr || !mPattern->matches(cell)) {
+        mPattern = patternFor(cell);
+    }
+    if (mPattern == nullptr || !mPattern->emit(mFrame, cell, mBuilder, cursor)) {
+        EmitInstance(mFrame, cell, mBuilder, cursor);
+    }
+}
+
+}  // namespace Tessavoy

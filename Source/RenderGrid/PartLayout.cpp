@@ -1,0 +1,131 @@
+#include "Source/RenderGrid/PartLayout.h"
+
+#include "Source/RenderGrid/ShapeGeometry.h"
+
+#include <algorithm>
+
+namespace Tessavoy {
+
+namespace {
+
+constexpr A_long texturedQuad = 2;  // a value of ShapeType
+
+constexpr A_long ownRuns = 64;       // numbers of parts up to this one keep their run for the frame
+constexpr A_long longestRun = 4096;  // a run beyond is made in place: its memory would count beside the parts'
+
+constexpr float smallestAngle = 0.01F;
+constexpr float smallestShelf = 0.0001F;
+constexpr float smallestRounding = 0.001F;
+constexpr float smallestDots = 0.01F;
+constexpr float smallestLink = 0.0001F;
+
+/// The value as a fraction, or 0 when it is not above the smallest one that counts.
+float fractionAbove(float smallest, double percents) {
+    const float value = static_cast<float>(percents * 0.01);
+    return value > smallest ? value : 0.0F;
+}
+
+/// The same for a value of either sign.
+float fractionBeyond(float smallest, double percents) {
+    const float value = static_cast<float>(percents * 0.01);
+    return value >= -smallest && value <= smallest ? 0.0F : value;
+}
+
+}  // namespace
+
+PartLayout::PartLayout(const ParameterSnapshot& snapshot)
+    : mSnapshot(snapshot),
+      mTextured(snapshot.ShapeType == texturedQuad),
+      mConstant(mTextured || (snapshot.ShapeShelfLength.isConstant() && snapshot.ShapeRoundingRadius.isConstant() &&
+                              snapshot.ShapeLinkMiddleOffset.isConstant())),
+      mAngleOffset(static_cast<float>(snapshot.ShapeAngleOffset)),
+      mDots(static_cast<float>(snapshot.ShapeRoundingDots)),
+      mRuns(ownRuns + 1) {
+    mDots = mDots > smallestDots ? mDots : 0.0F;
+    if (mConstant && !mTextured) {
+        mShelfLengths.fill(snapshot.ShapeShelfLength.evaluate(0.5F, 0.5F));
+        mRoundingRadii.fill(snapshot.ShapeRoundingRadius.evaluate(0.5F, 0.5F));
+        mLinkOffsets.fill(snapshot.ShapeLinkMiddleOffset.evaluate(0.5F, 0.5F));
+    }
+}
+
+void PartLayout::evaluate(const CellBlock& block) {
+    if (!mConstant) {
+        mSnapshot.ShapeShelfLength.evaluate(block.u.data(), block.v.data(), mShelfLengths.data(), block.count);
+        mSnapshot.ShapeRoundingRadius.evaluate(block.u.data(), block.v.data(), mRoundingRadii.data(), block.count);
+        mSnapshot.ShapeLinkMiddleOffset.evaluate(block.u.data(), block.v.data(), mLinkOffsets.data(), block.count);
+    }
+}
+
+float PartLayout::angleOf(A_long k, A_long count) const {
+    float angle = static_cast<float>(k) * 360.0F / static_cast<float>(count) + mAngleOffset;
+    if (count == 4) {
+        angle += 45.0F;
+    }
+    return angle >= -smallestAngle && angle <= smallestAngle ? 0.0F : angle;
+}
+
+/// A part of cell k of the block, without radius, angle and points.
+InstancePart PartLayout::partOf(int k) const {
+    InstancePart part{};
+    part.shelfLength = fractionAbove(smallestShelf, mShelfLengths[k]);
+    part.roundingRadius = fractionAbove(smallestRounding, mRoundingRadii[k]);
+    part.roundingDots = mDots;
+    part.linkMiddleOffset = fractionBeyond(smallestLink, mLinkOffsets[k]);
+    part.linkRoundingRadius = part.roundingRadius;
+    part.linkRoundingDots = mDots;
+    return part;
+}
+
+/// A run holds everything that its cells share; it is made while the properties of cell 0 are those of all cells, or
+/// are not kept.
+void PartLayout::makeRun(Run& run, A_long count) const {
+    run.count = count;
+    run.directions.resize(static_cast<std::size_t>(count));
+    run.parts.assign(static_cast<std::size_t>(count), partOf(0));
+    for (A_long k = 0; k < count; ++k) {
+        run.parts[k].angle = angleOf(k, count);
+        run.directions[k] = partDirection(run.parts[k].angle);
+    }
+    placePartPoints(run.parts.data(), count, run.directions.data());
+    run.points = outlinePointCount(run.parts.data(), count);
+}
+
+const PartLayout::Run* PartLayout::runOf(A_long count) {
+    if (count > longestRun) {
+        return nullptr;
+    }
+    Run& run = mRuns[count <= ownRuns ? count : 0];
+    if (run.count != count) {
+        makeRun(run, count);
+    }
+    return &run;
+}
+
+std::uint64_t PartLayout::layOut(int k, const InstanceState& cell, InstancePart* parts) {
+    const A_long count = cell.partsCount;
+    const Run* run = runOf(count);
+    if (run != nullptr && mConstant) {
+        std::copy_n(run->parts.data(), count, parts);
+        for (A_long n = 0; n < count; ++n) {
+            parts[n].radius = cell.radius;
+        }
+        return run->points;
+    }
+    InstancePart part = partOf(k);
+    part.radius = cell.radius;
+    for (A_long n = 0; n < count; ++n) {
+        part.angle = run != nullptr ? run->parts[n].angle : angleOf(n, count);
+        parts[n] = part;
+    }
+    if (run != nullptr) {
+        placePartPoints(parts, count, run->directions.data());
+    } else {
+        InstanceState placed = cell;
+        placed.parts = parts;
+        BuildPartPoints(placed);
+    }
+    return outlinePointCount(parts, count);
+}
+
+}  // namespace Tessavoy

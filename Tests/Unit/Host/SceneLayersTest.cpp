@@ -1,0 +1,272 @@
+#include "Host/Scene/Layers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <fstream>
+#include <thread>
+
+#include "Tests/Unit/Host/SceneFixture.h"
+
+namespace TessavoyHost {
+namespace {
+
+using namespace SceneFixture;
+using nlohmann::json;
+using ::testing::ElementsAre;
+
+// A new folder that goes away with the test.
+class Folder {
+public:
+    Folder() {
+        std::string name = (std::filesystem::temp_directory_path() / "tessavoy-layers-XXXXXX").string();
+        mPath = ::mkdtemp(name.data());
+    }
+    ~Folder() { std::filesystem::remove_all(mPath); }
+    const std::filesystem::path& path() const { return mPath; }
+    void touch(const std::string& name) const { std::ofstream(mPath / name) << "x"; }
+
+private:
+    std::filesystem::path mPath;
+};
+
+json withLayer(const json& layer) {
+    auto scene = rightScene();
+    scene["layers"].push_back(layer);
+    return scene;
+}
+
+const std::string place = "scene.json: layers[2]";
+
+TEST(SceneLayers, AStillLastsAsLongAsTheComposition) {
+    const auto project = readJson(rightScene());
+    auto& still = *project.layers.at(0);
+    EXPECT_EQ(still.name(), "Plate");
+    EXPECT_EQ(still.width(), 64);
+    EXPECT_EQ(still.height(), 48);
+    EXPECT_EQ(still.start(), 0.0);
+    EXPECT_EQ(still.duration(), 4.0);
+    EXPECT_NE(still.frameAt(0), nullptr);
+    EXPECT_NE(still.frameAt(3.99), nullptr);
+    EXPECT_EQ(still.frameAt(4.0), nullptr);
+    EXPECT_EQ(still.frameAt(-0.04), nullptr);
+}
+
+TEST(SceneLayers, ASolidIsOneColour) {
+    const auto project = readJson(withLayer({{"name", "S"}, {"solid", {1, 2, 3, 4}}, {"width", 2}, {"height", 1}}));
+    const auto image = project.layers.at(2)->frameAt(1);
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(image->format, SampleFormat::UInt8);
+    EXPECT_THAT(image->samples, ElementsAre(std::byte{1}, std::byte{2}, std::byte{3}, std::byte{4}, std::byte{1},
+                                            std::byte{2}, std::byte{3}, std::byte{4}));
+    EXPECT_EQ(project.layers.at(2)->frameAt(2), image);
+    EXPECT_EQ(project.layers.at(2)->duration(), 4.0);
+}
+
+TEST(SceneLayers, ASolidNeedsItsSize) {
+    EXPECT_THAT(
+        refusal(withLayer({{"name", "S"}, {"solid", "#ff0000"}, {"width", 30001}})),
+        ElementsAre(place + ".width: 30001 is out of range; it goes from 1 to 30000", place + ".height: missing"));
+}
+
+TEST(SceneLayers, ALayerIsOneThing) {
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}})), ElementsAre(place + ": needs \"image\" or \"solid\""));
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}, {"solid", "#ff0000"}, {"image", "a.png"}})),
+                ElementsAre(place + ": has both \"image\" and \"solid\""));
+    EXPECT_THAT(refusal(withLayer(5)), ElementsAre(place + ": must be an object, not a number"));
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}, {"image", "a.png"}, {"start", 1}})),
+                ElementsAre(place + ".start: unknown key"));
+}
+
+TEST(SceneLayers, NamesAreThereAndDiffer) {
+    EXPECT_THAT(refusal(withLayer({{"image", "a.png"}})), ElementsAre(place + ".name: missing"));
+    EXPECT_THAT(refusal(withLayer({{"name", ""}, {"image", "a.png"}})),
+                ElementsAre(place + ".name: must not be empty"));
+    EXPECT_THAT(refusal(withLayer({{"name", "Red"}, {"image", "a.png"}})),
+                ElementsAre(place + ".name: there is a layer \"Red\" already"));
+}
+
+TEST(SceneLayers, AMissingFileIsNamed) {
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}, {"image", "missing.png"}})),
+                ElementsAre(place + ".image: missing.png: there is no such file"));
+}
+
+TEST(SceneLayers, PathsAreRelativeToTheScene) {
+    std::vector<std::string> probed;
+    ImageAccess images = fakeImages();
+    images.probe = [&probed](const std::filesystem::path& file) {
+        probed.push_back(file.string());
+        return PixelSize{1, 1};
+    };
+    auto scene = rightScene();
+    scene["layers"][1] = {{"name", "Absolute"}, {"image", "/else/where.png"}};
+    readScene({"some/folder/scene.json", scene.dump()}, fakeTable(), {}, images);
+    EXPECT_THAT(probed, ElementsAre("some/folder/plate.png", "/else/where.png"));
+}
+
+TEST(SceneLayers, ALoneHashIsPartOfAStillsName) {
+    EXPECT_EQ(readJson(withLayer({{"name", "S"}, {"image", "take #2.png"}})).layers.at(2)->duration(), 4.0);
+}
+
+class SceneSequence : public ::testing::Test {
+protected:
+    void SetUp() override {
+        for (int i = 8; i <= 11; ++i) {
+            folder.touch("walk." + std::string(i < 10 ? "00" : "0") + std::to_string(i) + ".png");
+        }
+        images.read = [this](const std::filesystem::path& file) {
+            read.push_back(file.filename().string());
+            Image image;
+            image.width = 64;
+            image.height = file.filename() == "walk.011.png" ? 47 : 48;
+            image.samples.resize(4);
+            return image;
+        };
+    }
+
+    std::shared_ptr<FrameSource> sequence(json layer) {
+        layer["name"] = "Sprites";
+        layer["image"] = "walk.###.png";
+        return readScene({folder.path() / "scene.json", withLayer(layer).dump()}, fakeTable(), {}, images).layers.at(2);
+    }
+
+    std::string nameAt(FrameSource& source, double time) {
+        read.clear();
+        const auto image = source.frameAt(time);
+        return image == nullptr ? "nothing" : read.empty() ? "kept" : read.at(0);
+    }
+
+    Folder folder;
+    ImageAccess images = fakeImages();
+    std::vector<std::string> read;
+};
+
+TEST_F(SceneSequence, ShowsEachFileForOneFrame) {
+    const auto source = sequence({{"first", 8}, {"count", 3}, {"frameRate", 10}, {"start", 1}});
+    EXPECT_EQ(source->start(), 1.0);
+    EXPECT_DOUBLE_EQ(source->duration(), 0.3);
+    EXPECT_EQ(nameAt(*source, 0.99), "nothing");
+    EXPECT_EQ(nameAt(*source, 1.0), "walk.008.png");
+    EXPECT_EQ(nameAt(*source, 1.09), "kept");
+    EXPECT_EQ(nameAt(*source, 1.1), "walk.009.png");
+    EXPECT_EQ(nameAt(*source, 1.2), "walk.010.png");
+    EXPECT_EQ(nameAt(*source, 1.299), "kept");
+    EXPECT_EQ(nameAt(*source, 1.3), "nothing");
+}
+
+TEST_F(SceneSequence, FrameTimesFindTheirFileInSpiteOfRounding) {
+    // 0.07 * 100 is 7.000000000000001 and 0.29 * 100 is 28.999999999999996 in doubles; each frame must find its own
+    // file.
+    for (int i = 8; i < 60; ++i) {
+        folder.touch("walk.0" + std::string(i < 10 ? "0" : "") + std::to_string(i) + ".png");
+    }
+    const auto source = sequence({{"first", 8}, {"count", 52}, {"frameRate", 100}});
+    for (int i = 0; i < 52; ++i) {
+        const double time = i / 100.0;
+        images.read = nullptr;
+        std::string expected = "walk.0" + std::string(i + 8 < 10 ? "0" : "") + std::to_string(i + 8) + ".png";
+        if (i + 8 == 11) {
+            EXPECT_THROW(source->frameAt(time), HostError);
+            continue;
+        }
+        EXPECT_EQ(nameAt(*source, time), expected);
+    }
+}
+
+TEST_F(SceneSequence, TakesTheCompositionsRateAndStartsAtZeroUnlessTold) {
+    const auto source = sequence({{"first", 8}, {"count", 2}});
+    EXPECT_EQ(source->start(), 0.0);
+    EXPECT_DOUBLE_EQ(source->duration(), 2.0 / 25);
+}
+
+TEST_F(SceneSequence, EveryFileMustBeThere) {
+    const json layer = {{"name", "S"}, {"image", "walk.###.png"}, {"first", 10}, {"count", 3}};
+    try {
+        readScene({folder.path() / "scene.json", withLayer(layer).dump()}, fakeTable(), {}, images);
+        FAIL() << "the scene was accepted";
+    } catch (const HostError& error) {
+        EXPECT_EQ(error.what(), (folder.path() / "scene.json").string() +
+                                    ": layers[2].image: " + (folder.path() / "walk.012.png").string() +
+                                    ": there is no such file; the sequence has 3 files from number 10");
+    }
+}
+
+TEST_F(SceneSequence, NeedsItsFirstNumberAndCount) {
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}, {"image", "a.##.png"}})),
+                ElementsAre(place + ".first: missing", place + ".count: missing"));
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}, {"image", "a.##.png"}, {"first", -1}, {"count", 0}})),
+                ElementsAre(place + ".first: -1 is out of range; it goes from 0 to 1000000",
+                            place + ".count: 0 is out of range; it goes from 1 to 1000000"));
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}, {"image", "##.##.png"}, {"first", 1}, {"count", 1}})),
+                ElementsAre(place + ".image: has more than one place for a number"));
+}
+
+TEST_F(SceneSequence, AFileOfAnotherSizeIsAnErrorWhenItIsReached) {
+    const auto source = sequence({{"first", 8}, {"count", 4}, {"frameRate", 10}});
+    EXPECT_NE(source->frameAt(0.2), nullptr);
+    EXPECT_THROW(source->frameAt(0.3), HostError);
+}
+
+Image square(int side) {
+    Image image;
+    image.width = image.height = side;
+    image.samples.resize(static_cast<std::size_t>(side * side) * 4);
+    return image;
+}
+
+TEST(SceneImageCache, KeepsWhatFitsTheBudgetAndWhatIsHeld) {
+    std::vector<std::string> read;
+    const auto reader = [&read](const std::filesystem::path& file) {
+        read.push_back(file.string());
+        return square(10);  // 400 bytes
+    };
+    ImageCache cache(reader, 10, 10, 800);
+    const auto held = cache.get("a");
+    cache.get("b");
+    cache.get("c");  // a is beyond the budget now, but held
+    EXPECT_EQ(cache.get("a"), held);
+    EXPECT_THAT(read, ElementsAre("a", "b", "c"));
+    cache.get("c");
+    cache.get("b");  // pushed out by the second a
+    EXPECT_THAT(read, ElementsAre("a", "b", "c", "b"));
+}
+
+TEST(SceneImageCache, KeepsOnePictureThatIsLargerThanTheBudget) {
+    int reads = 0;
+    ImageCache cache([&reads](const auto&) { return ++reads, square(10); }, 10, 10, 1);
+    cache.get("a");
+    cache.get("a");
+    EXPECT_EQ(reads, 1);
+}
+
+TEST(SceneImageCache, ThreadsThatAskForOneFileShareOneDecoding) {
+    std::atomic<int> reads = 0;
+    ImageCache cache([&reads](const auto&) { return ++reads, square(10); }, 10, 10, 100000);
+    std::vector<std::thread> threads;
+    std::vector<std::shared_ptr<const Image>> images(8);
+    for (auto& image : images) {
+        threads.emplace_back([&image, &cache] { image = cache.get("a"); });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(reads, 1);
+    EXPECT_THAT(images, ::testing::Each(images[0]));
+}
+
+TEST(SceneImageCache, AFailureIsTriedAgain) {
+    int reads = 0;
+    const auto reader = [&reads](const std::filesystem::path&) {
+        if (++reads == 1) {
+            throw HostError(ExitStatus::Scene, "broken");
+        }
+        return square(10);
+    };
+    ImageCache cache(reader, 10, 10, 100000);
+    EXPECT_THROW(cache.get("a"), HostError);
+    EXPECT_NE(cache.get("a"), nullptr);
+}
+
+}  // namespace
+}  // namespace TessavoyHost

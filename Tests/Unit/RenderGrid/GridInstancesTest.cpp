@@ -1,0 +1,211 @@
+#include "Source/RenderGrid/GridInstances.h"
+
+#include "Source/RenderGrid/PartPoints.h"
+#include "Tests/Unit/RenderGrid/RenderGridFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace Tessavoy {
+namespace {
+
+/// A script that gives the cells of a row these numbers of parts.
+FunctionScript partsCounts(std::vector<A_long> counts) {
+    return FunctionScript([counts](const CellScriptInputs&, InstanceState& cell) {
+        cell.partsCount = counts[static_cast<std::size_t>(cell.i)];
+        return true;
+    });
+}
+
+TEST(GridInstances, PartsLieInOneRunInCellOrder) {
+    GridScene scene;
+    scene.setCounts(5, 1);
+    FunctionScript script = partsCounts({3, 0, 4, 1, 2});
+    GridEvaluator evaluator = scene.evaluator(&script);
+    const GridInstances instances(evaluator);
+    ASSERT_EQ(instances.parts().count(), 10);
+    const InstancePart* const first = instances.parts().data();
+    EXPECT_EQ(instances.cells()[0].parts, first);
+    EXPECT_EQ(instances.cells()[1].parts, nullptr);
+    EXPECT_EQ(instances.cells()[2].parts, first + 3);
+    EXPECT_EQ(instances.cells()[3].parts, first + 7);
+    EXPECT_EQ(instances.cells()[4].parts, first + 8);
+    EXPECT_EQ(first[3].angle, 45.0F);  // four parts made by a script are turned too
+    EXPECT_EQ(first[3].radius, instances.cells()[2].radius);
+    EXPECT_EQ(first[9].angle, 180.0F);
+}
+
+TEST(GridInstances, HiddenCellsKeepTheirParts) {
+    GridScene scene;
+    scene.snapshot.InstanceVisible.Probability = 0.0;
+    GridEvaluator evaluator = scene.evaluator();
+    const GridInstances instances(evaluator);
+    EXPECT_EQ(instances.parts().count(), 48);
+    EXPECT_EQ(instances.cells()[11].parts, instances.parts().data() + 44);
+    EXPECT_EQ(instances.vertexTotal(), 0U);
+    EXPECT_EQ(instances.indexTotal(), 0U);
+}
+
+TEST(GridInstances, TotalsAreTheSumsOfTheCounts) {
+    GridScene scene;
+    scene.setCounts(30, 20);
+    scene.snapshot.InstanceVisible.Probability = 70.0;
+    scene.snapshot.ShapeRoundingDots = 2.0;
+    addNoise(scene.snapshot.ShapeRaysCount, 5.0, 1);
+    addNoise(scene.snapshot.ShapeRoundingRadius, 2.0, 2);
+    scene.snapshot.ShapeRoundingRadius.Value = -1.0;  // rounded here and there
+    GridEvaluator evaluator = scene.evaluator();
+    const GridInstances instances(evaluator);
+    std::uint64_t vertices = 0;
+    std::uint64_t indices = 0;
+    for (A_long index = 0; index < 600; ++index) {
+        const InstanceCount count = CountInstance(evaluator.emissionFrame(), instances.cells()[index]);
+        vertices += count.vertices;
+        indices += count.indices;
+    }
+    EXPECT_EQ(instances.vertexTotal(), vertices);
+    EXPECT_EQ(instances.indexTotal(), indices);
+    EXPECT_FALSE(instances.hasOversizedCell());
+}
+
+TEST(GridInstances, ANegativeNumberOfPartsMovesTheFollowingRunsBack) {
+    GridScene scene;
+    scene.setCounts(3, 1);
+    scene.snapshot.ShapeLinkMiddleOffset.Value = 10.0;
+    FunctionScript script = partsCounts({5, -2, 4});
+    GridEvaluator evaluator = scene.evaluator(&script);
+    const GridInstances instances(evaluator);
+    ASSERT_EQ(instances.parts().count(), 7);
+    const InstancePart* const first = instances.parts().data();
+    EXPECT_EQ(instances.cells()[0].parts, first);
+    EXPECT_EQ(instances.cells()[1].parts, nullptr);
+    EXPECT_EQ(instances.cells()[2].parts, first + 3);
+    EXPECT_FALSE(instances.outlinesDependOnCountOnly());
+    // The last writer's fields stay, and the first cell's link into them starts at its own corner.
+    EXPECT_EQ(first[2].angle, 144.0F);
+    EXPECT_EQ(first[3].angle, 45.0F);
+    EXPECT_EQ(first[4].angle, 135.0F);
+    std::vector<InstancePart> parts(first, first + 7);
+    InstanceState five = instances.cells()[0];
+    InstanceState four = instances.cells()[2];
+    five.parts = parts.data();
+    four.parts = parts.data() + 3;
+    BuildPartPoints(five);
+    BuildPartPoints(four);
+    for (int k = 0; k < 7; ++k) {
+        EXPECT_EQ(first[k].linkMiddle.x, parts[k].linkMiddle.x) << k;
+        EXPECT_EQ(first[k].linkMiddle.y, parts[k].linkMiddle.y) << k;
+    }
+    EXPECT_EQ(instances.vertexTotal(), (2U * 10 + 1) + 1 + (2 * 8 + 1));
+}
+
+TEST(GridInstancesDeathTest, RunsStayInsideTheParts) {
+    GridScene scene;
+    scene.setCounts(2, 1);
+    FunctionScript before = partsCounts({-3, 5});
+    GridEvaluator beginning = scene.evaluator(&before);
+    EXPECT_DEATH(GridInstances{beginning}, "ind >= 0");
+    FunctionScript behind = partsCounts({5, -3});
+    GridEvaluator end = scene.evaluator(&behind);
+    EXPECT_DEATH(GridInstances{end}, "ind < mCount");
+}
+
+TEST(GridInstances, AnEmptyGridAllocatesNothingAndRunsNoScript) {
+    GridScene scene;
+    FunctionScript script = partsCounts({});
+    for (const auto& [countX, countY] : {std::pair<A_long, A_long>{0, 5}, {7, 0}, {0, 0}, {-4, -4}}) {
+        scene.setCounts(countX, countY);
+        scene.host.failCall(1);  // the first call of the host would fail
+        GridEvaluator evaluator = scene.evaluator(&script);
+        const GridInstances instances(evaluator);
+        EXPECT_EQ(instances.cells().data(), nullptr);
+        EXPECT_EQ(instances.parts().data(), nullptr);
+        EXPECT_EQ(scene.host.liveHandles(), 0U);
+    }
+    EXPECT_TRUE(script.runs.empty());
+}
+
+/// The error of an evaluation that the host has no memory for.
+int errorOf(GridScene& scene, CellScript* script = nullptr) {
+    try {
+        GridEvaluator evaluator = scene.evaluator(script);
+        const GridInstances instances(evaluator);
+    } catch (PF_ErrorValue error) {
+        return error;
+    }
+    return PF_Err_NONE;
+}
+
+TEST(GridInstances, MoreCellsThanAnIndexHoldsAreAFailedAllocation) {
+    GridScene scene;
+    for (const auto& [countX, countY] : {std::pair<A_long, A_long>{65536, 65536},
+                                         {std::numeric_limits<A_long>::max(), std::numeric_limits<A_long>::max()},
+                                         {46341, 46341}}) {
+        scene.setCounts(countX, countY);
+        EXPECT_EQ(errorOf(scene), PF_Err_INTERNAL_STRUCT_DAMAGED) << countX;
+    }
+    EXPECT_EQ(scene.host.liveHandles(), 0U);
+}
+
+TEST(GridInstances, MorePartsThanAnIndexHoldsAreAFailedAllocation) {
+    GridScene scene;
+    scene.snapshot.ShapeRaysCount.Value = 1e9;
+    EXPECT_EQ(errorOf(scene), PF_Err_INTERNAL_STRUCT_DAMAGED);
+    scene.snapshot.ShapeRaysCount.Value = 4.0;
+    scene.setCounts(3, 1);
+    FunctionScript script = partsCounts({2147483647, 2147483647, 1});
+    EXPECT_EQ(errorOf(scene, &script), PF_Err_INTERNAL_STRUCT_DAMAGED);
+    FunctionScript negative = partsCounts({-5, 1, 1});
+    EXPECT_EQ(errorOf(scene, &negative), PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_EQ(scene.host.liveHandles(), 0U);
+    EXPECT_EQ(scene.host.liveLocks(), 0);
+}
+
+TEST(GridInstances, EveryFailedAllocationGivesBackTheOthers) {
+    for (const bool scripted : {false, true}) {
+        GridScene scene;
+        FunctionScript script([](const CellScriptInputs&, InstanceState&) { return true; });
+        int failures = 0;
+        for (int call = 1;; ++call) {
+            ASSERT_LT(call, 50);
+            scene.host.failCall(call);
+            try {
+                GridEvaluator evaluator = scene.evaluator(scripted ? &script : nullptr);
+                const GridInstances instances(evaluator);
+            } catch (PF_ErrorValue error) {
+                // No handle, or one that can't be locked.
+                EXPECT_TRUE(error == PF_Err_INTERNAL_STRUCT_DAMAGED || error == PF_Err_OUT_OF_MEMORY) << error;
+                ++failures;
+            } catch (PF_Err error) {
+                EXPECT_EQ(error, PF_Err_BAD_CALLBACK_PARAM);
+                ++failures;
+            }
+            EXPECT_EQ(scene.host.liveHandles(), 0U) << call;
+            EXPECT_EQ(scene.host.liveLocks(), 0) << call;
+            EXPECT_EQ(scene.host.liveSuites(), 0) << call;
+            if (!scene.host.failed()) {
+                break;
+            }
+        }
+        EXPECT_GE(failures, 4);  // two arrays, a handle and a lock each
+    }
+}
+
+TEST(GridInstances, AScriptThatThrowsLosesNothing) {
+    GridScene scene;
+    FunctionScript script([](const CellScriptInputs&, InstanceState& cell) -> bool {
+        if (cell.i == 2) {
+            throw PF_Err{77};
+        }
+        return true;
+    });
+    GridEvaluator evaluator = scene.evaluator(&script);
+    EXPECT_THROW(GridInstances{evaluator}, PF_Err);
+    EXPECT_EQ(script.runs.size(), 3U);
+    EXPECT_EQ(scene.host.liveHandles(), 0U);
+    EXPECT_EQ(scene.host.liveLocks(), 0);
+}
+
+}  // namespace
+}  // namespace Tessavoy
