@@ -1,6 +1,6 @@
 // Whole frames through the host, split into their stages: 1920 x 1080 pixels of flat squares with three noises (size,
-// rotation, hue). Counters are milliseconds a frame. The GL is asked to finish at the end of each stage that feeds it, so
-// that a stage pays for its own work; a frame that is not watched overlaps a little more.
+// rotation, hue). Counters are milliseconds a frame. The GL is asked to finish at the end of each stage that feeds it,
+// so that a stage pays for its own work; a frame that is not watched overlaps a little more.
 
 #include "Host/EffectHost.h"
 #include "Host/ImageFiles/ImageFiles.h"
@@ -25,7 +25,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int width = 1920;
 constexpr int height = 1080;
-constexpr std::array<const char*, 7> stageNames = {"1_host",     "2_snapshot", "3_prepare", "4_evaluate",
+constexpr std::array<const char*, 7> stageNames = {"1_host", "2_snapshot", "3_prepare", "4_evaluate",
                                                    "5_emit", "6_draw",     "7_read"};
 
 /// Milliseconds spent in each stage since the last reset.

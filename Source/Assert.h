@@ -7,11 +7,11 @@ namespace Tessavoy {
 
 }  // namespace Tessavoy
 
-/// An assertion that stays in the built product. The text is what the report names as the expression; it is given apart from
-/// the condition because the report's wording is fixed while the code may say the same in other words.
-#define TESSAVOY_ASSERT(condition, text)                                 \
-    do {                                                                 \
-        if (!(condition)) [[unlikely]] {                                 \
-            ::Tessavoy::failAssertion((text), __FILE__, __LINE__);       \
-        }                                                                \
+/// An assertion that stays in the built product. The text is what the report names as the expression; it is given apart
+/// from the condition because the report's wording is fixed while the code may say the same in other words.
+#define TESSAVOY_ASSERT(condition, text)                           \
+    do {                                                           \
+        if (!(condition)) [[unlikely]] {                           \
+            ::Tessavoy::failAssertion((text), __FILE__, __LINE__); \
+        }                                                          \
     } while (false)

@@ -13,16 +13,16 @@ namespace Tessavoy {
 
 /// A fixed-size array of plain records in one locked host handle, from "PF Handle Suite" version 2.
 ///
-/// The elements are as the host's memory is: nothing is constructed or cleared, so every record is wholly written before it
-/// is read. A count of zero allocates nothing and has a null address.
+/// The elements are as the host's memory is: nothing is constructed or cleared, so every record is wholly written
+/// before it is read. A count of zero allocates nothing and has a null address.
 template <class T>
 class Container {
     static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>);
 
 public:
     /// Throws, as PF_ErrorValue, PF_Err_INTERNAL_STRUCT_DAMAGED when the host gives no handle, and for a count that is
-    /// negative or beyond what an index can hold, for which no host has memory; PF_Err_OUT_OF_MEMORY when the handle can't
-    /// be locked. A host without the suite throws the plain integer 516.
+    /// negative or beyond what an index can hold, for which no host has memory; PF_Err_OUT_OF_MEMORY when the handle
+    /// can't be locked. A host without the suite throws the plain integer 516.
     Container(PF_InData* inData, std::int64_t count)
         : mSuites(inData->pica_basicP), mCount(static_cast<A_long>(count)) {
         if (count < 0 || count > INT32_MAX) {

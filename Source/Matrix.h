@@ -17,9 +17,9 @@ struct Matrix {
     void translate(float x, float y, float z);
     void scale(float x, float y, float z);
 
-    /// Rotations by an angle in degrees; it is taken to radians in double precision, then to single for sine and cosine.
-    /// By element: about z 0 = c, 1 = s, 4 = -s, 5 = c; about y 0 = c, 2 = -s, 8 = s, 10 = c; about x 5 = c, 6 = s,
-    /// 9 = -s, 10 = c.
+    /// Rotations by an angle in degrees; it is taken to radians in double precision, then to single for sine and
+    /// cosine. By element: about z 0 = c, 1 = s, 4 = -s, 5 = c; about y 0 = c, 2 = -s, 8 = s, 10 = c; about x 5 = c, 6
+    /// = s, 9 = -s, 10 = c.
     void rotateX(double degrees);
     void rotateY(double degrees);
     void rotateZ(double degrees);

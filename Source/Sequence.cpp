@@ -19,6 +19,7 @@
 #include "HostInterface/Suites.h"
 #include "Source/Assert.h"
 #include "Source/HostAccess/Exception.h"
+#include "Source/HostAccess/NewHandle.h"
 #include "Source/HostAccess/SuiteHandler.h"
 #include "Source/Script/ScriptCheck.h"
 
@@ -84,47 +85,6 @@ private:
     void* mBlock;
 };
 
-/// A new handle, locked and zeroed; disposed of unless it is handed on.
-class NewBlock {
-public:
-    NewBlock(const PF_HandleSuite1& handles, std::size_t size)
-        : mHandles(handles), mHandle(handles.host_new_handle(size)) {
-        if (mHandle != nullptr) {
-            mBlock = handles.host_lock_handle(mHandle);
-        }
-        if (mBlock != nullptr) {
-            std::memset(mBlock, 0, size);
-        }
-    }
-
-    ~NewBlock() {
-        if (mBlock != nullptr) {
-            mHandles.host_unlock_handle(mHandle);
-        }
-        if (mHandle != nullptr) {
-            mHandles.host_dispose_handle(mHandle);
-        }
-    }
-
-    NewBlock(const NewBlock&) = delete;
-    NewBlock& operator=(const NewBlock&) = delete;
-
-    /// Null when the host had no memory or no lock.
-    void* address() const { return mBlock; }
-
-    /// Unlocks the handle, which is the caller's from here on.
-    PF_Handle handOn() {
-        mHandles.host_unlock_handle(mHandle);
-        mBlock = nullptr;
-        return std::exchange(mHandle, nullptr);
-    }
-
-private:
-    const PF_HandleSuite1& mHandles;
-    PF_Handle mHandle;
-    void* mBlock = nullptr;
-};
-
 /// A new, empty record in a handle of its own; destroyed unless it is handed on.
 class NewRecord {
 public:
@@ -152,7 +112,7 @@ public:
     }
 
 private:
-    NewBlock mBlock;
+    NewHandle mBlock;
     SequenceData* mRecord = nullptr;
 };
 
@@ -254,7 +214,7 @@ void loadRecord(PF_InData* inData, Bytes block, SequenceData& record) {
     }
 }
 
-/// Writes the saved form of `record` into a new handle; 512 without memory, 4 without a lock.
+/// Writes the saved form of `record` into a new handle; 512 without memory or a lock.
 PF_Err makeFlatHandle(SuiteHandler& suites, const SequenceData& record, PF_Handle* out) {
     const auto& handles = suites.get<PF_HandleSuite1>();
     const auto& ansi = suites.get<PF_ANSICallbacksSuite1>();
@@ -263,7 +223,7 @@ PF_Err makeFlatHandle(SuiteHandler& suites, const SequenceData& record, PF_Handl
     FlatHeader header;
     header.scriptSize = static_cast<std::uint32_t>(record.script.size() + 1);
     header.jsonSize = static_cast<std::uint32_t>(names.size() + 1);
-    NewBlock block(handles, sizeof header + header.scriptSize + header.jsonSize);
+    NewHandle block(handles, sizeof header + header.scriptSize + header.jsonSize);
     if (block.address() == nullptr) {
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     }
@@ -398,11 +358,11 @@ PF_Err SequenceSetdown(PF_InData* inData, PF_OutData* outData) {
     }
     SuiteHandler suites(inData->pica_basicP);
     const auto& handles = suites.get<PF_HandleSuite1>();
-    {
-        const LockedBlock block(handles, inData->sequence_data);
-        if (holdsRecord(block.bytes())) {
-            std::destroy_at(static_cast<SequenceData*>(block.address()));
-        }
+    // Read without a lock, which might be refused: the texts must be freed before their block goes.
+    auto* block = static_cast<std::byte*>(*inData->sequence_data);
+    const std::size_t size = block == nullptr ? 0 : handles.host_get_handle_size(inData->sequence_data);
+    if (holdsRecord(Bytes(block, size))) {
+        std::destroy_at(reinterpret_cast<SequenceData*>(block));
     }
     handles.host_dispose_handle(inData->sequence_data);
     outData->sequence_data = nullptr;

@@ -19,7 +19,9 @@
 namespace TessavoyHost {
 namespace {
 
-std::string example(const std::string& arguments) { return "Example:\n  tessavoy " + arguments + "\n"; }
+std::string example(const std::string& arguments) {
+    return "Example:\n  tessavoy " + arguments + "\n";
+}
 
 // The whole command line: what each subcommand takes, and what it does once all is read.
 class CommandLine {
@@ -56,8 +58,9 @@ private:
     }
 
     void addScene(CLI::App* command) {
-        command->add_option_function<std::string>(
-                   "SCENE", [this](const std::string& value) { mOptions.scene = value; }, "the scene file")
+        command
+            ->add_option_function<std::string>(
+                "SCENE", [this](const std::string& value) { mOptions.scene = value; }, "the scene file")
             ->type_name("")
             ->required();
     }
@@ -100,9 +103,8 @@ private:
     }
 
     void addCheck() {
-        auto* check = addSubcommand("check", "read the scene, apply it, report what is wrong", " scene.json", [this] {
-            return checkScene(mOptions.scene, mOptions.module, mOutput);
-        });
+        auto* check = addSubcommand("check", "read the scene, apply it, report what is wrong", " scene.json",
+                                    [this] { return checkScene(mOptions.scene, mOptions.module, mOutput); });
         addScene(check);
         addModule(check);
     }
@@ -116,26 +118,29 @@ private:
     }
 
     void addParameters() {
-        auto* parameters = addSubcommand(
-            "parameters", "every parameter: id, index, disk id, type, label, range, default, popup texts", " --json",
-            [this] { return printFromModule(mListing); });
-        auto* json = parameters->add_flag_callback("--json", [this] { mListing = parametersAsJson; }, "as JSON");
-        parameters->add_flag_callback("--markdown", [this] { mListing = parametersAsMarkdown; }, "as a Markdown table")
+        auto* parameters =
+            addSubcommand("parameters", "every parameter: id, index, disk id, type, label, range, default, popup texts",
+                          " --json", [this] { return printFromModule(mListing); });
+        auto* json = parameters->add_flag_callback(
+            "--json", [this] { mListing = parametersAsJson; }, "as JSON");
+        parameters
+            ->add_flag_callback(
+                "--markdown", [this] { mListing = parametersAsMarkdown; }, "as a Markdown table")
             ->excludes(json);
         addModule(parameters);
     }
 
     void addSchema() {
-        auto* schema = addSubcommand("schema", "a JSON Schema of scene files, for editors", " > scene.schema.json", [this] {
-            return printFromModule([](const ParameterTable& table) { return sceneSchema(table).dump(2) + '\n'; });
-        });
+        auto* schema =
+            addSubcommand("schema", "a JSON Schema of scene files, for editors", " > scene.schema.json", [this] {
+                return printFromModule([](const ParameterTable& table) { return sceneSchema(table).dump(2) + '\n'; });
+            });
         addModule(schema);
     }
 
     void addAbout() {
-        auto* about = addSubcommand("about", "name, version, flags, OpenGL driver, libraries", "", [this] {
-            return printAbout(mOptions.module, mOutput);
-        });
+        auto* about = addSubcommand("about", "name, version, flags, OpenGL driver, libraries", "",
+                                    [this] { return printAbout(mOptions.module, mOutput); });
         addModule(about);
     }
 

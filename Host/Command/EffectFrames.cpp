@@ -12,14 +12,22 @@ namespace {
 
 const char* errorInWords(PF_Err error) {
     switch (error) {
-        case PF_Err_OUT_OF_MEMORY: return "out of memory, or OpenGL failed";
-        case PF_Err_INTERNAL_STRUCT_DAMAGED: return "the host's or the module's data is damaged";
-        case PF_Err_INVALID_INDEX: return "an index is invalid";
-        case PF_Err_UNRECOGNIZED_PARAM_TYPE: return "a parameter's type is not recognised";
-        case PF_Err_INVALID_CALLBACK: return "a call to the host is not valid now";
-        case PF_Err_BAD_CALLBACK_PARAM: return "a call or suite of the host is not available";
-        case PF_Interrupt_CANCEL: return "interrupted";
-        default: return "the module gives no reason";
+        case PF_Err_OUT_OF_MEMORY:
+            return "out of memory, or OpenGL failed";
+        case PF_Err_INTERNAL_STRUCT_DAMAGED:
+            return "the host's or the module's data is damaged";
+        case PF_Err_INVALID_INDEX:
+            return "an index is invalid";
+        case PF_Err_UNRECOGNIZED_PARAM_TYPE:
+            return "a parameter's type is not recognised";
+        case PF_Err_INVALID_CALLBACK:
+            return "a call to the host is not valid now";
+        case PF_Err_BAD_CALLBACK_PARAM:
+            return "a call or suite of the host is not available";
+        case PF_Interrupt_CANCEL:
+            return "interrupted";
+        default:
+            return "the module gives no reason";
     }
 }
 

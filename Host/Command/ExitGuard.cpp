@@ -19,7 +19,9 @@ extern "C" void endWithDecidedStatus(int) {
     ::_exit(decidedStatus);
 }
 
-void tell(const std::exception& error) { writeStandardError("tessavoy: " + std::string(error.what()) + '\n'); }
+void tell(const std::exception& error) {
+    writeStandardError("tessavoy: " + std::string(error.what()) + '\n');
+}
 
 }  // namespace
 

@@ -9,9 +9,13 @@
 namespace TessavoyHost {
 namespace {
 
-[[noreturn]] void refuse(const std::string& text) { throw HostError(ExitStatus::CommandLine, "--frames: " + text); }
+[[noreturn]] void refuse(const std::string& text) {
+    throw HostError(ExitStatus::CommandLine, "--frames: " + text);
+}
 
-std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+std::string quoted(std::string_view text) {
+    return '"' + std::string(text) + '"';
+}
 
 // A part of a list, read from the front.
 class PartReader {

@@ -7,9 +7,9 @@
 
 namespace TessavoyHost {
 
-// Hands out the positions of a list in order, each together with a slot; there are so many slots at once. As a slot goes
-// back only when its frame is written, the slots bound the frames that are held in memory, and as the earliest frame in
-// work always has one, whoever waits for frames in order gets them.
+// Hands out the positions of a list in order, each together with a slot; there are so many slots at once. As a slot
+// goes back only when its frame is written, the slots bound the frames that are held in memory, and as the earliest
+// frame in work always has one, whoever waits for frames in order gets them.
 class FrameSchedule {
 public:
     FrameSchedule(std::size_t count, std::size_t slots) : mCount(count), mFreeSlots(slots) {}

@@ -24,8 +24,8 @@ public:
     FrameWriter(const FrameWriter&) = delete;
     FrameWriter& operator=(const FrameWriter&) = delete;
 
-    // The work, which must not throw, runs soon; by position not before all earlier positions were submitted. Each position
-    // is submitted once; an empty work says that there is nothing to write for it.
+    // The work, which must not throw, runs soon; by position not before all earlier positions were submitted. Each
+    // position is submitted once; an empty work says that there is nothing to write for it.
     void submit(std::size_t position, std::function<void()> work);
 
     // Waits until nothing is left that can be written, or until the time is over. Whether it is done.

@@ -9,7 +9,9 @@ namespace {
 std::atomic<int> signalCount = 0;
 static_assert(std::atomic<int>::is_always_lock_free, "a signal handler may touch it");
 
-extern "C" void countSignal(int) { signalCount.fetch_add(1, std::memory_order_relaxed); }
+extern "C" void countSignal(int) {
+    signalCount.fetch_add(1, std::memory_order_relaxed);
+}
 
 void install(int signal, void (*handler)(int)) {
     struct sigaction action {};
@@ -45,6 +47,8 @@ InterruptionWatch::~InterruptionWatch() {
     }
 }
 
-int interruptions() { return signalCount.load(std::memory_order_relaxed); }
+int interruptions() {
+    return signalCount.load(std::memory_order_relaxed);
+}
 
 }  // namespace TessavoyHost

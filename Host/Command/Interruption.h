@@ -2,8 +2,8 @@
 
 namespace TessavoyHost {
 
-// While it lives, the signals that ask the command to end (interrupt, terminate, hang-up) are counted instead of ending it.
-// From then on a closed pipe is a write error instead of a signal.
+// While it lives, the signals that ask the command to end (interrupt, terminate, hang-up) are counted instead of ending
+// it. From then on a closed pipe is a write error instead of a signal.
 class InterruptionWatch {
 public:
     InterruptionWatch();

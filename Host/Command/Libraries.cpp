@@ -4,12 +4,12 @@
 #include <cstddef>
 #include <cstdio>
 
-#include <CLI/Version.hpp>
 #include <OpenEXR/OpenEXRConfig.h>
 #include <jpeglib.h>
-#include <nlohmann/json.hpp>
 #include <png.h>
 #include <tiffio.h>
+#include <CLI/Version.hpp>
+#include <nlohmann/json.hpp>
 
 namespace TessavoyHost {
 namespace {
@@ -41,8 +41,8 @@ std::string tiffVersion() {
 }  // namespace
 
 std::vector<std::pair<std::string, std::string>> linkedLibraries() {
-    return {{"nlohmann json", jsonVersion()}, {"CLI11", CLI11_VERSION},     {"libpng", png_get_libpng_ver(nullptr)},
-            {"libjpeg", jpegVersion()},       {"libtiff", tiffVersion()},   {"OpenEXR", OPENEXR_VERSION_STRING}};
+    return {{"nlohmann json", jsonVersion()}, {"CLI11", CLI11_VERSION},   {"libpng", png_get_libpng_ver(nullptr)},
+            {"libjpeg", jpegVersion()},       {"libtiff", tiffVersion()}, {"OpenEXR", OPENEXR_VERSION_STRING}};
 }
 
 }  // namespace TessavoyHost

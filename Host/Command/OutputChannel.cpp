@@ -15,7 +15,9 @@
 namespace TessavoyHost {
 namespace {
 
-bool isOpen(int descriptor) { return ::fcntl(descriptor, F_GETFD) != -1; }
+bool isOpen(int descriptor) {
+    return ::fcntl(descriptor, F_GETFD) != -1;
+}
 
 // open takes the lowest free number, so closed ones are filled in order.
 void fillClosedDescriptors() {
@@ -82,7 +84,9 @@ void OutputChannel::write(std::string_view bytes) {
     }
 }
 
-bool OutputChannel::isTerminal() const { return mDescriptor != -1 && ::isatty(mDescriptor) == 1; }
+bool OutputChannel::isTerminal() const {
+    return mDescriptor != -1 && ::isatty(mDescriptor) == 1;
+}
 
 StrayOutput::StrayOutput() : mBefore(-1), mCaught(namelessFile()) {
     if (mCaught == -1) {

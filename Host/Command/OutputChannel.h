@@ -5,10 +5,10 @@
 
 namespace TessavoyHost {
 
-// The command's own standard output. A module prints to descriptor 1 when it pleases (a driver's description, a script's
-// print), so the command keeps a copy of the descriptor for itself and points 1 at standard error. Make one at the start
-// of the program, before anything opens files. Descriptors 0 to 2 that are closed are opened on the null device first, so
-// that no file lands there.
+// The command's own standard output. A module prints to descriptor 1 when it pleases (a driver's description, a
+// script's print), so the command keeps a copy of the descriptor for itself and points 1 at standard error. Make one at
+// the start of the program, before anything opens files. Descriptors 0 to 2 that are closed are opened on the null
+// device first, so that no file lands there.
 class OutputChannel {
 public:
     OutputChannel();

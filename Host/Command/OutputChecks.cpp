@@ -13,7 +13,9 @@
 namespace TessavoyHost {
 namespace {
 
-[[noreturn]] void refuse(const std::string& text) { throw HostError(ExitStatus::CommandLine, text); }
+[[noreturn]] void refuse(const std::string& text) {
+    throw HostError(ExitStatus::CommandLine, text);
+}
 
 }  // namespace
 

@@ -10,12 +10,12 @@
 namespace TessavoyHost {
 namespace {
 
-constexpr std::array<std::pair<std::string_view, FileFormat>, 4> suffixes{{{".png", FileFormat::Png},
-                                                                           {".tif", FileFormat::Tiff},
-                                                                           {".tiff", FileFormat::Tiff},
-                                                                           {".exr", FileFormat::Exr}}};
+constexpr std::array<std::pair<std::string_view, FileFormat>, 4> suffixes{
+    {{".png", FileFormat::Png}, {".tif", FileFormat::Tiff}, {".tiff", FileFormat::Tiff}, {".exr", FileFormat::Exr}}};
 
-[[noreturn]] void refuse(const std::string& text) { throw HostError(ExitStatus::CommandLine, "--output: " + text); }
+[[noreturn]] void refuse(const std::string& text) {
+    throw HostError(ExitStatus::CommandLine, "--output: " + text);
+}
 
 std::string lowered(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
@@ -25,8 +25,8 @@ std::string lowered(std::string text) {
 
 FileFormat formatOf(const std::string& text) {
     const std::string suffix = lowered(std::filesystem::path(text).extension().string());
-    const auto found = std::find_if(suffixes.begin(), suffixes.end(),
-                                    [&suffix](const auto& known) { return known.first == suffix; });
+    const auto found =
+        std::find_if(suffixes.begin(), suffixes.end(), [&suffix](const auto& known) { return known.first == suffix; });
     if (found == suffixes.end()) {
         refuse('"' + text + "\" must end in .png, .tif or .exr, or be - for the standard output");
     }
@@ -65,6 +65,8 @@ std::filesystem::path OutputPattern::folder() const {
     return parent.empty() ? std::filesystem::path(".") : parent;
 }
 
-std::filesystem::path OutputPattern::file(int frame) const { return mNumbered ? mNumbered->with(frame) : mText; }
+std::filesystem::path OutputPattern::file(int frame) const {
+    return mNumbered ? mNumbered->with(frame) : mText;
+}
 
 }  // namespace TessavoyHost

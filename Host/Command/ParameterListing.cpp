@@ -14,7 +14,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 // Fixed-point numbers have 16 bits after the point.
-double fromFixed(PF_Fixed value) { return value / 65536.0; }
+double fromFixed(PF_Fixed value) {
+    return value / 65536.0;
+}
 
 // The shortest decimal that is the same single-precision number: 0.05, not 0.05000000074505806.
 double shortest(float value) {
@@ -64,50 +66,86 @@ void putCheckbox(Json& object, const RegisteredParameter& parameter) {
     object["text"] = parameter.text;
 }
 
-Json colorJson(const PF_Pixel& color) { return Json::array({color.red, color.green, color.blue, color.alpha}); }
+Json colorJson(const PF_Pixel& color) {
+    return Json::array({color.red, color.green, color.blue, color.alpha});
+}
 
 // What depends on the type. Defaults of points are percentages of the layer's size.
 void putTypeParts(Json& object, const RegisteredParameter& parameter) {
     const auto& u = parameter.definition.u;
     switch (parameter.definition.param_type) {
-        case PF_Param_SLIDER: putSlider(object, u.sd); break;
-        case PF_Param_FLOAT_SLIDER: putFloatSlider(object, u.fs_d); break;
-        case PF_Param_ANGLE: object["default"] = fromFixed(u.ad.dephault); break;
-        case PF_Param_CHECKBOX: putCheckbox(object, parameter); break;
-        case PF_Param_POPUP: putPopup(object, parameter); break;
-        case PF_Param_COLOR: object["default"] = colorJson(u.cd.dephault); break;
+        case PF_Param_SLIDER:
+            putSlider(object, u.sd);
+            break;
+        case PF_Param_FLOAT_SLIDER:
+            putFloatSlider(object, u.fs_d);
+            break;
+        case PF_Param_ANGLE:
+            object["default"] = fromFixed(u.ad.dephault);
+            break;
+        case PF_Param_CHECKBOX:
+            putCheckbox(object, parameter);
+            break;
+        case PF_Param_POPUP:
+            putPopup(object, parameter);
+            break;
+        case PF_Param_COLOR:
+            object["default"] = colorJson(u.cd.dephault);
+            break;
         case PF_Param_POINT:
             object["default"] = Json::array({fromFixed(u.td.x_dephault), fromFixed(u.td.y_dephault)});
             break;
         case PF_Param_POINT_3D:
-            object["default"] =
-                Json::array({u.point3d_d.x_dephault, u.point3d_d.y_dephault, u.point3d_d.z_dephault});
+            object["default"] = Json::array({u.point3d_d.x_dephault, u.point3d_d.y_dephault, u.point3d_d.z_dephault});
             break;
-        case PF_Param_LAYER: object["default"] = u.ld.dephault == 0 ? Json(nullptr) : Json(u.ld.dephault); break;
-        case PF_Param_PATH: object["default"] = u.path_d.dephault == 0 ? Json(nullptr) : Json(u.path_d.dephault); break;
-        case PF_Param_BUTTON: object["text"] = parameter.text; break;
-        default: break;
+        case PF_Param_LAYER:
+            object["default"] = u.ld.dephault == 0 ? Json(nullptr) : Json(u.ld.dephault);
+            break;
+        case PF_Param_PATH:
+            object["default"] = u.path_d.dephault == 0 ? Json(nullptr) : Json(u.path_d.dephault);
+            break;
+        case PF_Param_BUTTON:
+            object["text"] = parameter.text;
+            break;
+        default:
+            break;
     }
 }
 
 const char* typeInWords(ParameterKind kind) {
     switch (kind) {
-        case ParameterKind::Slider: return "slider";
-        case ParameterKind::FloatSlider: return "float slider";
-        case ParameterKind::Angle: return "angle";
-        case ParameterKind::Checkbox: return "checkbox";
-        case ParameterKind::Popup: return "popup";
-        case ParameterKind::Color: return "colour";
-        case ParameterKind::Point: return "point";
-        case ParameterKind::Point3D: return "3D point";
-        case ParameterKind::Layer: return "layer";
-        case ParameterKind::Path: return "path";
-        case ParameterKind::Gradient: return "gradient";
-        case ParameterKind::Ramp: return "ramp";
-        case ParameterKind::Script: return "script";
-        case ParameterKind::Group: return "group";
-        case ParameterKind::Button: return "button";
-        default: return "other";
+        case ParameterKind::Slider:
+            return "slider";
+        case ParameterKind::FloatSlider:
+            return "float slider";
+        case ParameterKind::Angle:
+            return "angle";
+        case ParameterKind::Checkbox:
+            return "checkbox";
+        case ParameterKind::Popup:
+            return "popup";
+        case ParameterKind::Color:
+            return "colour";
+        case ParameterKind::Point:
+            return "point";
+        case ParameterKind::Point3D:
+            return "3D point";
+        case ParameterKind::Layer:
+            return "layer";
+        case ParameterKind::Path:
+            return "path";
+        case ParameterKind::Gradient:
+            return "gradient";
+        case ParameterKind::Ramp:
+            return "ramp";
+        case ParameterKind::Script:
+            return "script";
+        case ParameterKind::Group:
+            return "group";
+        case ParameterKind::Button:
+            return "button";
+        default:
+            return "other";
     }
 }
 
@@ -141,8 +179,8 @@ std::string choicesInWords(const Json& object) {
     return words;
 }
 
-constexpr std::array<const char*, 8> columnTitles{"index",  "disk id", "id",      "type",
-                                                  "label",  "range",   "default", "popup texts"};
+constexpr std::array<const char*, 8> columnTitles{"index", "disk id", "id",      "type",
+                                                  "label", "range",   "default", "popup texts"};
 using Row = std::array<std::string, columnTitles.size()>;
 
 std::vector<Row> rowsOf(const ParameterTable& table) {
@@ -194,9 +232,9 @@ std::string escapedForMarkdown(const std::string& text) {
 
 Json describeParameter(const ParameterTable& table, int index) {
     const auto& definition = table.at(index).definition;
-    Json object{{"id", table.id(index)},           {"index", index},
-                {"diskId", definition.uu.id},      {"type", definition.param_type},
-                {"label", labelOf(definition)},    {"flags", definition.flags},
+    Json object{{"id", table.id(index)},         {"index", index},
+                {"diskId", definition.uu.id},    {"type", definition.param_type},
+                {"label", labelOf(definition)},  {"flags", definition.flags},
                 {"uiFlags", definition.ui_flags}};
     putTypeParts(object, table.at(index));
     if (definition.ui_width != 0 || definition.ui_height != 0) {

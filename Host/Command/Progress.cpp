@@ -68,8 +68,8 @@ private:
 
     static std::string bar(const RunTally& tally) {
         const auto filled = static_cast<std::size_t>(cells * static_cast<long>(tally.done()) / tally.total());
-        return '[' + std::string(filled, '=') + std::string(cells - filled, ' ') + "] " +
-               std::to_string(tally.done()) + '/' + std::to_string(tally.total());
+        return '[' + std::string(filled, '=') + std::string(cells - filled, ' ') + "] " + std::to_string(tally.done()) +
+               '/' + std::to_string(tally.total());
     }
 
     // Skipped frames cost next to nothing and say nothing about the others.
@@ -89,9 +89,12 @@ private:
 
 const char* wordFor(FrameStatus status) {
     switch (status) {
-        case FrameStatus::Written: return "written";
-        case FrameStatus::Skipped: return "skipped";
-        default: return "failed";
+        case FrameStatus::Written:
+            return "written";
+        case FrameStatus::Skipped:
+            return "skipped";
+        default:
+            return "failed";
     }
 }
 
@@ -141,11 +144,16 @@ private:
 
 std::unique_ptr<Progress> makeProgress(ProgressMode mode, const ProgressOutput& output) {
     switch (mode) {
-        case ProgressMode::Bar: return std::make_unique<BarProgress>(output);
-        case ProgressMode::Lines: return std::make_unique<LineProgress>(output);
-        case ProgressMode::Json: return std::make_unique<JsonProgress>(output);
-        case ProgressMode::None: return std::make_unique<NoProgress>(output);
-        default: return makeProgress(output.errorIsTerminal ? ProgressMode::Bar : ProgressMode::Lines, output);
+        case ProgressMode::Bar:
+            return std::make_unique<BarProgress>(output);
+        case ProgressMode::Lines:
+            return std::make_unique<LineProgress>(output);
+        case ProgressMode::Json:
+            return std::make_unique<JsonProgress>(output);
+        case ProgressMode::None:
+            return std::make_unique<NoProgress>(output);
+        default:
+            return makeProgress(output.errorIsTerminal ? ProgressMode::Bar : ProgressMode::Lines, output);
     }
 }
 

@@ -13,10 +13,10 @@ using TextSink = std::function<void(const std::string&)>;
 
 // Where progress is shown, and by which clock it reckons.
 struct ProgressOutput {
-    TextSink error;                  // standard error
-    TextSink json;                   // where objects go, one a line
+    TextSink error;  // standard error
+    TextSink json;   // where objects go, one a line
     bool errorIsTerminal = false;
-    std::function<double()> seconds; // that have gone by since some moment
+    std::function<double()> seconds;  // that have gone by since some moment
 };
 
 // Shows how a run goes. One thread at a time.

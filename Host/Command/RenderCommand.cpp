@@ -46,7 +46,8 @@ void checkOutput(const RenderOptions& options, const std::vector<int>& frames, c
         checkFolder(*options.output);
         checkExistingFiles(*options.output, frames, options.existing);
     } else if (output.isTerminal()) {
-        throw HostError(ExitStatus::CommandLine, "--output: raw frames don't belong on a terminal; use a pipe or a file");
+        throw HostError(ExitStatus::CommandLine,
+                        "--output: raw frames don't belong on a terminal; use a pipe or a file");
     }
 }
 
@@ -78,15 +79,16 @@ RunSettings settingsFor(const RenderOptions& options, const std::vector<int>& fr
     RunSettings settings;
     settings.frames = frames;
     settings.threads = options.threads;
-    settings.order =
-        options.output->isStandardOutput() ? FrameWriter::Order::ByPosition : FrameWriter::Order::Any;
+    settings.order = options.output->isStandardOutput() ? FrameWriter::Order::ByPosition : FrameWriter::Order::Any;
     settings.onError = options.onError;
     settings.strict = options.strict;
     settings.frameTimeout = options.frameTimeout;
     return settings;
 }
 
-[[noreturn]] void endProcess(ExitStatus status) { std::_Exit(static_cast<int>(status)); }
+[[noreturn]] void endProcess(ExitStatus status) {
+    std::_Exit(static_cast<int>(status));
+}
 
 ExitStatus renderFrames(const RenderOptions& options, const std::vector<int>& frames, ImageSize size,
                         EffectInstance& instance, OutputChannel& output) {

@@ -49,9 +49,13 @@ Choice choiceIn(const std::string& option, const std::string& value,
     refuse(option, value, "one of " + all);
 }
 
-void takeOutput(RenderOptions& options, const std::string& value) { options.output = OutputPattern(value); }
+void takeOutput(RenderOptions& options, const std::string& value) {
+    options.output = OutputPattern(value);
+}
 
-void takeFrames(RenderOptions& options, const std::string& value) { options.frames = value; }
+void takeFrames(RenderOptions& options, const std::string& value) {
+    options.frames = value;
+}
 
 void takeDepth(RenderOptions& options, const std::string& value) {
     using Depth = std::pair<std::string_view, int>;
@@ -120,21 +124,22 @@ void takeSet(RenderOptions& options, const std::string& value) {
     options.overrides.parameters.emplace_back(value.substr(0, equals), value.substr(equals + 1));
 }
 
-void takeScript(RenderOptions& options, const std::string& value) { options.overrides.script = value; }
+void takeScript(RenderOptions& options, const std::string& value) {
+    options.overrides.script = value;
+}
 
 void takeExisting(RenderOptions& options, const std::string& value) {
     using Word = std::pair<std::string_view, ExistingFiles>;
-    options.existing = choiceIn("--existing", value,
-                                std::array<Word, 3>{{{"overwrite", ExistingFiles::Overwrite},
-                                                     {"skip", ExistingFiles::Skip},
-                                                     {"fail", ExistingFiles::Fail}}});
+    options.existing = choiceIn(
+        "--existing", value,
+        std::array<Word, 3>{
+            {{"overwrite", ExistingFiles::Overwrite}, {"skip", ExistingFiles::Skip}, {"fail", ExistingFiles::Fail}}});
 }
 
 void takeOnError(RenderOptions& options, const std::string& value) {
     using Word = std::pair<std::string_view, AfterFailure>;
     options.onError = choiceIn(
-        "--on-error", value,
-        std::array<Word, 2>{{{"continue", AfterFailure::Continue}, {"stop", AfterFailure::Stop}}});
+        "--on-error", value, std::array<Word, 2>{{{"continue", AfterFailure::Continue}, {"stop", AfterFailure::Stop}}});
 }
 
 void takePngLevel(RenderOptions& options, const std::string& value) {
@@ -153,7 +158,9 @@ void takeFrameTimeout(RenderOptions& options, const std::string& value) {
     options.frameTimeout = *seconds;
 }
 
-void takeModule(RenderOptions& options, const std::string& value) { options.module = value; }
+void takeModule(RenderOptions& options, const std::string& value) {
+    options.module = value;
+}
 
 void takeProgress(RenderOptions& options, const std::string& value) {
     using Word = std::pair<std::string_view, ProgressMode>;
@@ -165,7 +172,9 @@ void takeProgress(RenderOptions& options, const std::string& value) {
                                                      {"none", ProgressMode::None}}});
 }
 
-void takeStrict(RenderOptions& options, const std::string&) { options.strict = true; }
+void takeStrict(RenderOptions& options, const std::string&) {
+    options.strict = true;
+}
 
 }  // namespace
 

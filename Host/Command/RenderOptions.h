@@ -24,22 +24,22 @@ struct RenderOptions {
     std::optional<std::string> frames;    // none: all of the composition
     std::optional<int> depth;             // bits per channel; none: what the output calls for
     Rational downsampleX, downsampleY;
-    std::optional<Region> region;         // in downsampled pixels; none: the whole layer
-    int threads = 1;                      // at least 1
+    std::optional<Region> region;  // in downsampled pixels; none: the whole layer
+    int threads = 1;               // at least 1
     SceneOverrides overrides;
     ExistingFiles existing = ExistingFiles::Fail;
     AfterFailure onError = AfterFailure::Continue;
     int pngLevel = 1;
-    std::optional<double> frameTimeout;   // seconds
-    std::filesystem::path module;         // empty: the one beside the command
+    std::optional<double> frameTimeout;  // seconds
+    std::filesystem::path module;        // empty: the one beside the command
     ProgressMode progress = ProgressMode::Auto;
     bool strict = false;
 };
 
 // An option of `tessavoy render`: what help and manual say of it, and what it does.
 struct RenderOption {
-    const char* names;    // "-o,--output"
-    const char* value;    // the value's name; empty for a switch
+    const char* names;  // "-o,--output"
+    const char* value;  // the value's name; empty for a switch
     const char* meaning;
     const char* initial;  // the default in words; may be empty
     bool repeatable;

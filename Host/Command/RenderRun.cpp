@@ -16,7 +16,9 @@ constexpr std::chrono::milliseconds watchInterval{20};
 constexpr std::chrono::seconds writePatience{10};
 
 // Frames held at once: those in rendering, as many in writing, and one that waits.
-std::size_t slotsFor(int threads) { return 2 * static_cast<std::size_t>(threads) + 1; }
+std::size_t slotsFor(int threads) {
+    return 2 * static_cast<std::size_t>(threads) + 1;
+}
 
 double secondsSince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

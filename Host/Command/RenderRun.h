@@ -43,15 +43,15 @@ struct RunSettings {
     int threads = 1;
     FrameWriter::Order order = FrameWriter::Order::Any;  // in which frames are written
     AfterFailure onError = AfterFailure::Continue;
-    bool strict = false;  // a message of the effect is a failure
+    bool strict = false;                 // a message of the effect is a failure
     std::optional<double> frameTimeout;  // seconds
-    double patience = 10;  // seconds that frames in work are waited for when the run is interrupted
+    double patience = 10;                // seconds that frames in work are waited for when the run is interrupted
 };
 
 // How a run hears of the world outside.
 struct RunEnvironment {
-    std::function<int()> interruptions;            // signals so far
-    std::function<void(ExitStatus)> endProcess;    // at once, with frames still in work
+    std::function<int()> interruptions;          // signals so far
+    std::function<void(ExitStatus)> endProcess;  // at once, with frames still in work
 };
 
 // Renders frames on persistent threads, writes them beside the rendering of the next ones, and watches the time.

@@ -11,14 +11,16 @@
 
 namespace TessavoyHost {
 
-// Counts and tells what becomes of the frames. May be called from several threads at once. Once finished it tells no more.
+// Counts and tells what becomes of the frames. May be called from several threads at once. Once finished it tells no
+// more.
 class RunReporter {
 public:
     // The progress must outlive the reporter.
     RunReporter(int totalFrames, Progress& progress) : mTally(totalFrames), mProgress(progress) {}
 
     void frameEnded(const FrameReport& report);
-    // What the effect said during a frame. A text that came before is told once more only at the end, with all its frames.
+    // What the effect said during a frame. A text that came before is told once more only at the end, with all its
+    // frames.
     void message(int frame, const std::string& text);
     // About the run as a whole.
     void note(const std::string& line);

@@ -6,9 +6,15 @@ namespace TessavoyHost {
 
 void RunTally::add(const FrameReport& report) {
     switch (report.status) {
-        case FrameStatus::Written: ++mWritten; break;
-        case FrameStatus::Skipped: ++mSkipped; break;
-        case FrameStatus::Failed: mFailed.push_back(report.frame); break;
+        case FrameStatus::Written:
+            ++mWritten;
+            break;
+        case FrameStatus::Skipped:
+            ++mSkipped;
+            break;
+        case FrameStatus::Failed:
+            mFailed.push_back(report.frame);
+            break;
     }
 }
 

@@ -18,17 +18,25 @@ Json object(const Json& properties, const Json& required) {
     return {{"type", "object"}, {"properties", properties}, {"required", required}, {"additionalProperties", false}};
 }
 
-Json number(double least, double most) { return {{"type", "number"}, {"minimum", least}, {"maximum", most}}; }
+Json number(double least, double most) {
+    return {{"type", "number"}, {"minimum", least}, {"maximum", most}};
+}
 
-Json integer(int least, int most) { return {{"type", "integer"}, {"minimum", least}, {"maximum", most}}; }
+Json integer(int least, int most) {
+    return {{"type", "integer"}, {"minimum", least}, {"maximum", most}};
+}
 
 Json listOf(const Json& item, int least, int most) {
     return {{"type", "array"}, {"items", item}, {"minItems", least}, {"maxItems", most}};
 }
 
-Json words(const Json& texts) { return {{"enum", texts}}; }
+Json words(const Json& texts) {
+    return {{"enum", texts}};
+}
 
-Json reference(const std::string& definition) { return {{"$ref", "#/$defs/" + definition}}; }
+Json reference(const std::string& definition) {
+    return {{"$ref", "#/$defs/" + definition}};
+}
 
 Json described(Json schema, const std::string& description) {
     schema["description"] = description;
@@ -62,7 +70,9 @@ Json frameRateSchema() {
     return {{"oneOf", Json::array({positive, {{"type", "string"}, {"pattern", "^[0-9]+/[0-9]+$"}}})}};
 }
 
-Json fixedPointSchema() { return number(fixedPointRange.least, fixedPointRange.most); }
+Json fixedPointSchema() {
+    return number(fixedPointRange.least, fixedPointRange.most);
+}
 
 Json sharedDefinitions() {
     return {{"unit", number(0, 1)},
@@ -99,17 +109,28 @@ Json sliderSchema(const Json& description) {
 Json valueSchema(const ParameterTable& table, int index) {
     switch (table.kind(index)) {
         case ParameterKind::Slider:
-        case ParameterKind::FloatSlider: return sliderSchema(describeParameter(table, index));
-        case ParameterKind::Angle: return fixedPointSchema();
-        case ParameterKind::Checkbox: return {{"type", "boolean"}};
-        case ParameterKind::Popup: return popupSchema(table.at(index));
-        case ParameterKind::Color: return reference("color");
-        case ParameterKind::Point: return reference("point");
-        case ParameterKind::Point3D: return reference("point3D");
-        case ParameterKind::Layer: return reference("layerName");
-        case ParameterKind::Path: return reference("maskName");
-        case ParameterKind::Gradient: return reference("gradient");
-        default: return reference("ramp");
+        case ParameterKind::FloatSlider:
+            return sliderSchema(describeParameter(table, index));
+        case ParameterKind::Angle:
+            return fixedPointSchema();
+        case ParameterKind::Checkbox:
+            return {{"type", "boolean"}};
+        case ParameterKind::Popup:
+            return popupSchema(table.at(index));
+        case ParameterKind::Color:
+            return reference("color");
+        case ParameterKind::Point:
+            return reference("point");
+        case ParameterKind::Point3D:
+            return reference("point3D");
+        case ParameterKind::Layer:
+            return reference("layerName");
+        case ParameterKind::Path:
+            return reference("maskName");
+        case ParameterKind::Gradient:
+            return reference("gradient");
+        default:
+            return reference("ramp");
     }
 }
 
@@ -132,7 +153,9 @@ private:
 };
 
 // Whether the registered default reads as a scene would write it; a point's is a percentage of the layer.
-bool hasSceneDefault(ParameterKind kind) { return kind != ParameterKind::Point; }
+bool hasSceneDefault(ParameterKind kind) {
+    return kind != ParameterKind::Point;
+}
 
 Json parametersSchema(const ParameterTable& table, SchemaPool& pool) {
     Json properties = Json::object();
@@ -187,8 +210,9 @@ Json layerSchema() {
                                   {"frameRate", reference("frameRate")},
                                   {"start", described({{"type", "number"}}, "composition seconds")}},
                                  {"name", "image", "first", "count"});
-    const Json solid = object({{"name", nonEmptyText}, {"solid", reference("color")}, {"width", side}, {"height", side}},
-                              {"name", "solid", "width", "height"});
+    const Json solid =
+        object({{"name", nonEmptyText}, {"solid", reference("color")}, {"width", side}, {"height", side}},
+               {"name", "solid", "width", "height"});
     return {{"anyOf", Json::array({still, sequence, solid})}};
 }
 
@@ -211,7 +235,9 @@ Json cameraSchema(SchemaPool& pool) {
                   Json::array({"zoom"}));
 }
 
-Json arrayOf(const Json& item) { return {{"type", "array"}, {"items", item}}; }
+Json arrayOf(const Json& item) {
+    return {{"type", "array"}, {"items", item}};
+}
 
 }  // namespace
 

@@ -27,10 +27,14 @@ int readEffectLayer(const JsonObject& effect, const std::vector<std::string>& la
 
 std::string whyNoValue(ParameterKind kind) {
     switch (kind) {
-        case ParameterKind::Group: return "is a group and takes no value";
-        case ParameterKind::Button: return "is a button and takes no value";
-        case ParameterKind::Script: return "is given as \"script\" or \"scriptText\" of the effect";
-        default: return "is of a kind that scenes can't give";
+        case ParameterKind::Group:
+            return "is a group and takes no value";
+        case ParameterKind::Button:
+            return "is a button and takes no value";
+        case ParameterKind::Script:
+            return "is given as \"script\" or \"scriptText\" of the effect";
+        default:
+            return "is of a kind that scenes can't give";
     }
 }
 

@@ -10,21 +10,31 @@
 namespace TessavoyHost {
 namespace {
 
-std::string rangeInWords(NumberRange range) { return numberInWords(range.least) + " to " + numberInWords(range.most); }
+std::string rangeInWords(NumberRange range) {
+    return numberInWords(range.least) + " to " + numberInWords(range.most);
+}
 
-bool isWhole(double value) { return std::nearbyint(value) == value; }
+bool isWhole(double value) {
+    return std::nearbyint(value) == value;
+}
 
 }  // namespace
 
 std::string typeInWords(const nlohmann::json& value) {
     using Type = nlohmann::json::value_t;
     switch (value.type()) {
-        case Type::null: return "null";
-        case Type::boolean: return value.get<bool>() ? "true" : "false";
-        case Type::string: return "text";
-        case Type::array: return "a list";
-        case Type::object: return "an object";
-        default: return "a number";
+        case Type::null:
+            return "null";
+        case Type::boolean:
+            return value.get<bool>() ? "true" : "false";
+        case Type::string:
+            return "text";
+        case Type::array:
+            return "a list";
+        case Type::object:
+            return "an object";
+        default:
+            return "a number";
     }
 }
 
@@ -42,7 +52,9 @@ void JsonNode::wrongType(std::string_view wanted) const {
     problem("must be " + std::string(wanted) + ", not " + typeInWords(*mValue));
 }
 
-void JsonNode::missing(const std::string& key) const { mProblems->add(mPlace.child(key), "missing"); }
+void JsonNode::missing(const std::string& key) const {
+    mProblems->add(mPlace.child(key), "missing");
+}
 
 std::optional<double> JsonNode::number() const {
     if (!mValue->is_number()) {

@@ -17,8 +17,8 @@ struct NumberRange {
     double most;
 };
 
-// A JSON value together with its place and the list that problems go to. Each reading function gives the value, or notes
-// a problem and gives nothing. The JSON and the list must outlive the node.
+// A JSON value together with its place and the list that problems go to. Each reading function gives the value, or
+// notes a problem and gives nothing. The JSON and the list must outlive the node.
 class JsonNode {
 public:
     JsonNode(const nlohmann::json& value, Place place, Problems& problems)

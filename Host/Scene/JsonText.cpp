@@ -15,15 +15,23 @@ public:
     void follow(nlohmann::json::parse_event_t event, const nlohmann::json& parsed) {
         using Event = nlohmann::json::parse_event_t;
         switch (event) {
-            case Event::object_start: mLevels.push_back({.isList = false}); break;
-            case Event::array_start: mLevels.push_back({.isList = true}); break;
-            case Event::key: enterKey(parsed.get<std::string>()); break;
+            case Event::object_start:
+                mLevels.push_back({.isList = false});
+                break;
+            case Event::array_start:
+                mLevels.push_back({.isList = true});
+                break;
+            case Event::key:
+                enterKey(parsed.get<std::string>());
+                break;
             case Event::object_end:
             case Event::array_end:
                 mLevels.pop_back();
                 endValue();
                 break;
-            case Event::value: endValue(); break;
+            case Event::value:
+                endValue();
+                break;
         }
     }
 

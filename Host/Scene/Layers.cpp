@@ -30,7 +30,9 @@ Image solidImage(int width, int height, ColorValue color) {
     return image;
 }
 
-std::string sizeInWords(int width, int height) { return std::to_string(width) + " x " + std::to_string(height); }
+std::string sizeInWords(int width, int height) {
+    return std::to_string(width) + " x " + std::to_string(height);
+}
 
 }  // namespace
 
@@ -104,10 +106,14 @@ std::shared_ptr<const Image> StillSource::frameAt(double compositionSeconds) {
     return layerTime(compositionSeconds) ? mCache.get(mFile) : nullptr;
 }
 
-std::filesystem::path SequenceFiles::file(int index) const { return pathFromUtf8(name.with(first + index)); }
+std::filesystem::path SequenceFiles::file(int index) const {
+    return pathFromUtf8(name.with(first + index));
+}
 
 SequenceSource::SequenceSource(LayerFrame frame, SequenceFiles files, ImageReader read)
-    : LayerSource(std::move(frame)), mFiles(std::move(files)), mCache(std::move(read), width(), height(), layerBudget) {}
+    : LayerSource(std::move(frame)),
+      mFiles(std::move(files)),
+      mCache(std::move(read), width(), height(), layerBudget) {}
 
 std::shared_ptr<const Image> SequenceSource::frameAt(double compositionSeconds) {
     const auto time = layerTime(compositionSeconds);

@@ -22,7 +22,7 @@ using ImageReader = std::function<Image(const std::filesystem::path&)>;
 // What every layer has: its name, its size, and when it is there.
 struct LayerFrame {
     std::string name;
-    int width = 0;        // full-resolution pixels
+    int width = 0;  // full-resolution pixels
     int height = 0;
     double start = 0;     // composition seconds
     double duration = 0;  // seconds

@@ -5,11 +5,17 @@
 namespace TessavoyHost {
 namespace {
 
-char lowered(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
+char lowered(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
 
-bool sameLetter(char a, char b) { return lowered(a) == lowered(b); }
+bool sameLetter(char a, char b) {
+    return lowered(a) == lowered(b);
+}
 
-std::size_t allowedEdits(std::string_view text) { return std::min<std::size_t>(4, 1 + text.size() / 4); }
+std::size_t allowedEdits(std::string_view text) {
+    return std::min<std::size_t>(4, 1 + text.size() / 4);
+}
 
 bool goesOnAfterDot(const std::string& candidate, std::string_view text) {
     return candidate.size() > text.size() && candidate.starts_with(text) && candidate[text.size()] == '.';

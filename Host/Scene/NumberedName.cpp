@@ -43,9 +43,12 @@ std::optional<NumberPlace> percentPlaceAt(std::string_view name, std::size_t sta
 std::optional<NumberPlace> placeAt(std::string_view name, std::size_t start) {
     switch (name[start]) {
         case '#':
-        case '[': return hashPlaceAt(name, start);
-        case '%': return percentPlaceAt(name, start);
-        default: return std::nullopt;
+        case '[':
+            return hashPlaceAt(name, start);
+        case '%':
+            return percentPlaceAt(name, start);
+        default:
+            return std::nullopt;
     }
 }
 

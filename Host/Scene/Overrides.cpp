@@ -13,7 +13,9 @@ bool isMeantAsJson(const std::string& text) {
 }
 
 // Names of layers and masks may look like numbers.
-bool takesNames(ParameterKind kind) { return kind == ParameterKind::Layer || kind == ParameterKind::Path; }
+bool takesNames(ParameterKind kind) {
+    return kind == ParameterKind::Layer || kind == ParameterKind::Path;
+}
 
 // The text as JSON, or itself where it is none. Lists and objects must be right, with the problems in the list.
 nlohmann::json jsonOrText(const std::string& text, bool namesOnly, Problems& problems) {

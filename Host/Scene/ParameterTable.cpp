@@ -14,10 +14,14 @@ constexpr std::uint64_t scriptReference = 0x0000534352495054;
 
 ParameterKind arbitraryKind(const PF_ArbitraryDef& definition) {
     switch (std::bit_cast<std::uint64_t>(definition.refconPV)) {
-        case gradientReference: return ParameterKind::Gradient;
-        case rampReference: return ParameterKind::Ramp;
-        case scriptReference: return ParameterKind::Script;
-        default: return ParameterKind::Other;
+        case gradientReference:
+            return ParameterKind::Gradient;
+        case rampReference:
+            return ParameterKind::Ramp;
+        case scriptReference:
+            return ParameterKind::Script;
+        default:
+            return ParameterKind::Other;
     }
 }
 
@@ -41,27 +45,45 @@ std::optional<std::string> familyOf(std::string_view id) {
 
 ParameterKind kindOf(const PF_ParamDef& definition) {
     switch (definition.param_type) {
-        case PF_Param_LAYER: return ParameterKind::Layer;
-        case PF_Param_SLIDER: return ParameterKind::Slider;
-        case PF_Param_ANGLE: return ParameterKind::Angle;
-        case PF_Param_CHECKBOX: return ParameterKind::Checkbox;
-        case PF_Param_COLOR: return ParameterKind::Color;
-        case PF_Param_POINT: return ParameterKind::Point;
-        case PF_Param_POPUP: return ParameterKind::Popup;
-        case PF_Param_FLOAT_SLIDER: return ParameterKind::FloatSlider;
-        case PF_Param_ARBITRARY_DATA: return arbitraryKind(definition.u.arb_d);
-        case PF_Param_PATH: return ParameterKind::Path;
+        case PF_Param_LAYER:
+            return ParameterKind::Layer;
+        case PF_Param_SLIDER:
+            return ParameterKind::Slider;
+        case PF_Param_ANGLE:
+            return ParameterKind::Angle;
+        case PF_Param_CHECKBOX:
+            return ParameterKind::Checkbox;
+        case PF_Param_COLOR:
+            return ParameterKind::Color;
+        case PF_Param_POINT:
+            return ParameterKind::Point;
+        case PF_Param_POPUP:
+            return ParameterKind::Popup;
+        case PF_Param_FLOAT_SLIDER:
+            return ParameterKind::FloatSlider;
+        case PF_Param_ARBITRARY_DATA:
+            return arbitraryKind(definition.u.arb_d);
+        case PF_Param_PATH:
+            return ParameterKind::Path;
         case PF_Param_GROUP_START:
-        case PF_Param_GROUP_END: return ParameterKind::Group;
-        case PF_Param_BUTTON: return ParameterKind::Button;
-        case PF_Param_POINT_3D: return ParameterKind::Point3D;
-        default: return ParameterKind::Other;
+        case PF_Param_GROUP_END:
+            return ParameterKind::Group;
+        case PF_Param_BUTTON:
+            return ParameterKind::Button;
+        case PF_Param_POINT_3D:
+            return ParameterKind::Point3D;
+        default:
+            return ParameterKind::Other;
     }
 }
 
-bool holdsValue(ParameterKind kind) { return kind < ParameterKind::Script; }
+bool holdsValue(ParameterKind kind) {
+    return kind < ParameterKind::Script;
+}
 
-bool variesOverTime(const PF_ParamDef& definition) { return (definition.flags & PF_ParamFlag_CANNOT_TIME_VARY) == 0; }
+bool variesOverTime(const PF_ParamDef& definition) {
+    return (definition.flags & PF_ParamFlag_CANNOT_TIME_VARY) == 0;
+}
 
 std::vector<std::string> splitChoices(const std::string& joined) {
     std::vector<std::string> choices;

@@ -13,8 +13,22 @@ namespace TessavoyHost {
 
 // The kinds of values that a scene can give; Group, Button, Script and Other hold none.
 enum class ParameterKind {
-    Slider, FloatSlider, Angle, Checkbox, Popup, Color, Point, Point3D, Layer, Path, Gradient, Ramp,
-    Script, Group, Button, Other
+    Slider,
+    FloatSlider,
+    Angle,
+    Checkbox,
+    Popup,
+    Color,
+    Point,
+    Point3D,
+    Layer,
+    Path,
+    Gradient,
+    Ramp,
+    Script,
+    Group,
+    Button,
+    Other
 };
 
 ParameterKind kindOf(const PF_ParamDef& definition);
@@ -32,7 +46,8 @@ std::vector<std::string> splitChoices(const std::string& joined);
 struct CustomSlot {
     std::string id;      // "Float.Custom3", "Noise.Custom3"
     std::string family;  // "Float", "Noise"
-    std::int32_t diskId; // of the parameter that carries the name, which for a slot that is a group is the group's start
+    std::int32_t
+        diskId;  // of the parameter that carries the name, which for a slot that is a group is the group's start
 };
 
 // The parameters that a module registered, found by their ids. Index 0 is the input layer, which has no id.

@@ -19,7 +19,9 @@ Place Place::child(std::string_view key) const {
     return Place(mText.empty() ? step : mText + '.' + step);
 }
 
-Place Place::element(std::size_t index) const { return Place(mText + '[' + std::to_string(index) + ']'); }
+Place Place::element(std::size_t index) const {
+    return Place(mText + '[' + std::to_string(index) + ']');
+}
 
 void Problems::add(const Place& place, const std::string& text) {
     mLines.push_back(place.text().empty() ? text : place.text() + ": " + text);

@@ -27,7 +27,9 @@ class Problems {
 public:
     void add(const Place& place, const std::string& text);
     bool empty() const { return mLines.empty(); }
-    const std::vector<std::string>& lines() const { return mLines; }  // "place: text", or "text" where there is no place
+    const std::vector<std::string>& lines() const {
+        return mLines;
+    }  // "place: text", or "text" where there is no place
 
     // Throws a HostError of the given status when there is any problem: one line each, each after "source: ".
     void throwIfAny(ExitStatus status, const std::string& source = {}) const;

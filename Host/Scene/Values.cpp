@@ -89,19 +89,33 @@ std::optional<ParameterValue> readParameterValue(const JsonNode& node, const Reg
                                                  const SceneNames& names) {
     const auto& definition = parameter.definition;
     switch (kindOf(definition)) {
-        case ParameterKind::Slider: return widened(node.number(sliderRange(definition.u.sd)));
-        case ParameterKind::FloatSlider: return widened(node.number(floatSliderRange(definition.u.fs_d)));
-        case ParameterKind::Angle: return widened(node.number(fixedPointRange));
-        case ParameterKind::Checkbox: return readCheckbox(node);
-        case ParameterKind::Popup: return readPopup(node, parameter);
-        case ParameterKind::Color: return widened(readColor(node));
-        case ParameterKind::Point: return widened(readPoint2(node, fixedPointRange));
-        case ParameterKind::Point3D: return widened(readPoint3(node, anyNumber));
-        case ParameterKind::Layer: return readLayer(node, names.layers);
-        case ParameterKind::Path: return readPath(node, names.masks);
-        case ParameterKind::Gradient: return widened(readGradient(node));
-        case ParameterKind::Ramp: return widened(readRamp(node));
-        default: node.problem("takes no value"); return std::nullopt;
+        case ParameterKind::Slider:
+            return widened(node.number(sliderRange(definition.u.sd)));
+        case ParameterKind::FloatSlider:
+            return widened(node.number(floatSliderRange(definition.u.fs_d)));
+        case ParameterKind::Angle:
+            return widened(node.number(fixedPointRange));
+        case ParameterKind::Checkbox:
+            return readCheckbox(node);
+        case ParameterKind::Popup:
+            return readPopup(node, parameter);
+        case ParameterKind::Color:
+            return widened(readColor(node));
+        case ParameterKind::Point:
+            return widened(readPoint2(node, fixedPointRange));
+        case ParameterKind::Point3D:
+            return widened(readPoint3(node, anyNumber));
+        case ParameterKind::Layer:
+            return readLayer(node, names.layers);
+        case ParameterKind::Path:
+            return readPath(node, names.masks);
+        case ParameterKind::Gradient:
+            return widened(readGradient(node));
+        case ParameterKind::Ramp:
+            return widened(readRamp(node));
+        default:
+            node.problem("takes no value");
+            return std::nullopt;
     }
 }
 

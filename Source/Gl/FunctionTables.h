@@ -23,7 +23,8 @@ public:
 /// thread. On first sight of the handle a slot is taken for it; entry points are resolved at their first call. A slot
 /// is never given back: a later context under the same handle finds it again.
 ///
-/// When all reserved slots are taken (once in many contexts), the call waits until no other thread is in a frame.
+/// When all reserved slots are taken (once in many contexts), the call waits until no other thread is in a frame. So a
+/// thread that is in a frame must not wait for another thread's first frame.
 void useFunctionTable(std::intptr_t contextHandle);
 
 }  // namespace Tessavoy::AESDK_OpenGL

@@ -25,8 +25,8 @@ const char* framebufferStatusText();
 /// host's return message, to be shown, and Exception with code 4 is thrown.
 void checkFramebuffer(PF_InData* inData, PF_OutData* outData);
 
-/// The start of a pass: AttachTarget, which throws for a target that isn't complete, and then checkFramebuffer, which would
-/// have reported it.
+/// The start of a pass: AttachTarget, which throws for a target that isn't complete, and then checkFramebuffer, which
+/// would have reported it.
 void startPass(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderData& renderData, std::uint32_t target);
 
 /// The drawn part of the target: from its first pixel on, width by height pixels.

@@ -14,8 +14,7 @@ void setUpCommonContext();
 
 /// Global set-down: on a thread of its own, which is joined before this returns, drops every thread's render data and
 /// then the common context. A render that is still at work keeps its own object until its end. Returns the host's error
-/// value: a thrown integer as it stands, 4 for anything else. A thread that can't be started or joined ends the process: the objects
-/// can't be dropped from here, and a module that is unloaded over them would fail later and darker.
+/// value: a thrown integer as it stands, 4 for anything else. A failure to start or join that thread ends the process.
 PF_Err setDownContexts() noexcept;
 
 /// The calling thread's render data, made with a new id on the thread's first call. It may not be initialised yet. Safe

@@ -31,8 +31,8 @@ EffectLayerQuery::~EffectLayerQuery() {
 A_Time EffectLayerQuery::compositionTime() {
     A_Time time{};
     const auto& interface = mSuites.get<AEGP_PFInterfaceSuite1>();
-    throwOnError(interface.AEGP_ConvertEffectToCompTime(mInData->effect_ref, mInData->current_time, mInData->time_scale,
-                                                        &time));
+    throwOnError(
+        interface.AEGP_ConvertEffectToCompTime(mInData->effect_ref, mInData->current_time, mInData->time_scale, &time));
     return time;
 }
 

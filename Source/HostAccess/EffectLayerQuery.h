@@ -9,8 +9,8 @@ namespace Tessavoy {
 /// Exception(512, "Failed to get global data while constructing an AEGP effect") when there is no block.
 AEGP_PluginID pluginId(const PF_InData* inData);
 
-/// Questions about the effect's place in the project: its layer, its composition, its streams. Belongs to one scope on one
-/// thread. A host error in any call throws Exception with its code; a missing suite throws the plain integer 516.
+/// Questions about the effect's place in the project: its layer, its composition, its streams. Belongs to one scope on
+/// one thread. A host error in any call throws Exception with its code; a missing suite throws the plain integer 516.
 class EffectLayerQuery {
 public:
     explicit EffectLayerQuery(const PF_InData* inData);

@@ -10,9 +10,9 @@ namespace Tessavoy {
 
 /// A failure that carries the host's error value. The text is for the user and may be empty.
 ///
-/// Three kinds of thing are thrown in the effect, and they are caught apart: this class; a plain integer, which is a host
-/// error value as it stands (a missing suite); and an enumerator of PF_ErrorValue (failed host memory), which only the
-/// catch-alls of the render and sequence commands take.
+/// Three kinds of thing are thrown in the effect, and they are caught apart: this class; a plain integer, which is a
+/// host error value as it stands (a missing suite); and an enumerator of PF_ErrorValue (failed host memory), which only
+/// the catch-alls of the render and sequence commands take.
 class Exception : public std::exception {
 public:
     explicit Exception(PF_Err code, std::string text = {}) : mText(std::move(text)), mCode(code) {}

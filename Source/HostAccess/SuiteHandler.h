@@ -13,11 +13,13 @@
 
 namespace Tessavoy {
 
-/// The host's suites for the span of one scope on one thread: each is acquired on first use, cached, and released exactly
-/// once when the handler ends. Acquiring costs the host a look-up, so a new handler is made wherever one is needed.
+/// The host's suites for the span of one scope on one thread: each is acquired on first use, cached, and released
+/// exactly once when the handler ends. Acquiring costs the host a look-up, so a new handler is made wherever one is
+/// needed.
 class SuiteHandler {
 public:
-    /// Throws the plain integer 516 (PF_Err_BAD_CALLBACK_PARAM) when there is no basic suite. The suite stays the host's.
+    /// Throws the plain integer 516 (PF_Err_BAD_CALLBACK_PARAM) when there is no basic suite. The suite stays the
+    /// host's.
     explicit SuiteHandler(const SPBasicSuite* basic);
 
     /// Releases every suite that was acquired; errors of the host are ignored.
@@ -81,8 +83,9 @@ private:
 inline constexpr const char* defaultAcquireFailure = "Not able to acquire AEFX Suite.";
 inline constexpr const char* defaultReleaseFailure = "Not able to release AEFX Suite.";
 
-/// Acquires one suite outside a SuiteHandler. When the host has no basic suite or not this one, the failure text goes to
-/// return_msg, PF_OutFlag_DISPLAY_ERROR_MESSAGE is set and 516 (PF_Err_BAD_CALLBACK_PARAM) returned; *suite is then null.
+/// Acquires one suite outside a SuiteHandler. When the host has no basic suite or not this one, the failure text goes
+/// to return_msg, PF_OutFlag_DISPLAY_ERROR_MESSAGE is set and 516 (PF_Err_BAD_CALLBACK_PARAM) returned; *suite is then
+/// null.
 PF_Err acquireSuite(PF_InData* inData, PF_OutData* outData, const char* name, A_long version, const char* failureText,
                     const void** suite);
 

@@ -9,13 +9,16 @@
 
 namespace Tessavoy {
 
+void requireRenderContext(const void* renderContext) {
+    TESSAVOY_ASSERT(renderContext != nullptr, "renderContext != nullptr");
+}
+
 namespace {
 
 /// What the cells between the two cursors will write.
 struct BatchMeasure {
     std::size_t vertices = 0;
     std::size_t indices = 0;
-    A_long cells = 0;
 };
 
 /// Moves the right cursor to the end of the batch, cell by cell: an oversized one ends it.
@@ -31,7 +34,6 @@ BatchMeasure measureByCells(const GridInstances& instances, const EmissionFrame&
         }
         sums.vertices += count.vertices;
         sums.indices += count.indices;
-        ++sums.cells;
     }
     return sums;
 }
@@ -43,7 +45,7 @@ BatchMeasure measureBatch(const GridInstances& instances, const EmissionFrame& f
         return measureByCells(instances, frame, right);
     }
     right.skipToEnd();
-    return {instances.vertexTotal(), instances.indexTotal(), right.GetCount()};
+    return {instances.vertexTotal(), instances.indexTotal()};
 }
 
 void prefetchRecord(const InstanceState& cell) {
@@ -61,11 +63,20 @@ void prefetchAhead(const GridInstances& instances, const GridToSequenceByZ& left
     prefetchRecord(instances.cells().data()[left.indexAhead(steps)]);
 }
 
+bool meet(const GridToSequence& left, const GridToSequence& right) {
+    return left.GetInd() == right.GetInd();
+}
+
+bool meet(const GridToSequenceByZ& left, const GridToSequenceByZ& right) {
+    return left.position() == right.position();
+}
+
+/// Writes the cells from the left cursor up to the right one.
 template <class Sequence>
-void writeBatch(const GridInstances& instances, const BatchMeasure& sums, Sequence& left, InstanceEmitter& emitter,
+void writeBatch(const GridInstances& instances, Sequence& left, const Sequence& right, InstanceEmitter& emitter,
                 EmissionCursor& cursor) {
     const InstanceState* const cells = instances.cells().data();
-    for (A_long k = 0; k < sums.cells; ++k) {
+    while (!meet(left, right)) {
         prefetchAhead(instances, left);
         emitter.emit(cells[left.GetInd()], cursor);
         left.Sequence::Next();
@@ -87,14 +98,14 @@ void walk(const GridInstances& instances, Sequence& left, Sequence& right, Batch
             return;
         }
         if (sums.vertices > std::numeric_limits<std::uint32_t>::max()) {
-            throw PF_Err_INTERNAL_STRUCT_DAMAGED;
+            throw PF_Err{PF_Err_INTERNAL_STRUCT_DAMAGED};
         }
         const BatchSize size{sums.vertices, sums.indices,
                              textured ? sizeof(TexturedInstanceVertex) : sizeof(InstanceVertex)};
         const BatchRoom room = sink.begin(size);
         EmissionCursor cursor{0, static_cast<std::byte*>(room.vertices), static_cast<std::uint32_t>(size.vertexStride),
                               room.indices};
-        writeBatch(instances, sums, left, emitter, cursor);
+        writeBatch(instances, left, right, emitter, cursor);
         sink.end({cursor.nextVertex, static_cast<std::size_t>(cursor.index - room.indices), size.vertexStride});
     }
 }
@@ -104,7 +115,8 @@ void walk(const GridInstances& instances, Sequence& left, Sequence& right, Batch
 void writeBatches(const GridInstances& instances, DrawOrder& order, BatchSink& sink) {
     auto* const leftByZ = dynamic_cast<GridToSequenceByZ*>(&order.left());
     auto* const rightByZ = dynamic_cast<GridToSequenceByZ*>(&order.right());
-    if (leftByZ != nullptr && rightByZ != nullptr) {
+    if (leftByZ != nullptr) {
+        TESSAVOY_ASSERT(rightByZ != nullptr, "rightByZ != nullptr");
         walk(instances, *leftByZ, *rightByZ, sink);
     } else {
         walk(instances, order.left(), order.right(), sink);

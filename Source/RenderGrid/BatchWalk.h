@@ -8,6 +8,9 @@
 
 namespace Tessavoy {
 
+/// A frame that is drawn has something to draw with: anything else is an assertion. A measurement does without.
+void requireRenderContext(const void* renderContext);
+
 /// Memory for one batch. It is written from front to back and never read.
 struct BatchRoom {
     void* vertices;
@@ -34,9 +37,8 @@ public:
 };
 
 /// Writes the visible cells of a frame in this order, in batches: one, as long as the numbers of its vertices and
-/// indices fit 32 bits. A single cell whose counts don't fit ends the frame. Throws PF_Err_INTERNAL_STRUCT_DAMAGED (as
-/// PF_ErrorValue) for a batch that has more than an index can number. That a batch has vertices and no indices is an
-/// assertion.
+/// indices fit 32 bits. A single cell whose counts don't fit ends the frame. Throws the plain integer 512 for a batch
+/// that has more than an index can number. That a batch has vertices and no indices is an assertion.
 void writeBatches(const GridInstances& instances, DrawOrder& order, BatchSink& sink);
 
 /// The smallest and the largest depth of all vertices of a frame.

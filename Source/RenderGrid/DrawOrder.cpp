@@ -7,6 +7,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <utility>
 
 namespace Tessavoy {
@@ -79,76 +80,87 @@ bool samePlace(const GridToSequence& left, const GridToSequence& right) {
     return leftByZ->position() == rightByZ->position();
 }
 
+/// Of a negative number all bits are turned over, of any other the sign.
+std::uint32_t rankOf(float key) {
+    const std::uint32_t bits = std::bit_cast<std::uint32_t>(key + 0.0F);
+    const std::uint32_t rank = bits ^ (0x80000000U | (0U - (bits >> 31)));
+    return key == key ? rank : 0xFFFFFFFFU;
+}
+
 namespace {
 
-/// The key as an unsigned number that sorts the same way: 0 and -0 alike, and every NaN behind the infinities.
-std::uint32_t sortableKey(float key) {
-    constexpr std::uint32_t sign = 0x80000000U;
-    if (key != key) {
-        return 0xFFFFFFFFU;
-    }
-    const std::uint32_t bits = std::bit_cast<std::uint32_t>(key + 0.0F);
-    return (bits & sign) != 0 ? ~bits : bits | sign;
-}
+constexpr auto ranksBefore = [](const OrderEntry& a, const OrderEntry& b) { return a.rank < b.rank; };
 
-bool sortsBefore(const OrderEntry& a, const OrderEntry& b) {
-    return sortableKey(a.key) < sortableKey(b.key);
-}
-
-/// The digits of a radix sort: three of eleven bits hold a key.
+/// The digits of a radix sort: three of eleven bits hold a rank.
 constexpr std::size_t digitCount = 3;
 constexpr unsigned digitBits = 11;
 constexpr std::size_t digitValues = std::size_t{1} << digitBits;
 
-std::size_t digitOf(float key, std::size_t digit) {
-    return (sortableKey(key) >> (digit * digitBits)) & (digitValues - 1);
+std::size_t digitOf(std::uint32_t rank, std::size_t digit) {
+    return (rank >> (digit * digitBits)) & (digitValues - 1);
 }
 
 /// How often each value of each digit occurs.
-using DigitCounts = std::array<std::array<std::uint32_t, digitValues>, digitCount>;
+using ValueCounts = std::array<std::uint32_t, digitValues>;
+using DigitCounts = std::array<ValueCounts, digitCount>;
 
 DigitCounts countDigits(const OrderMap& order) {
     DigitCounts counts{};
     for (const OrderEntry& entry : order) {
-        for (std::size_t digit = 0; digit < digitCount; ++digit) {
-            ++counts[digit][digitOf(entry.key, digit)];
-        }
+        ++counts[0][digitOf(entry.rank, 0)];
+        ++counts[1][digitOf(entry.rank, 1)];
+        ++counts[2][digitOf(entry.rank, 2)];
     }
     return counts;
 }
 
-/// One pass of the sort: to has the entries of from, by this digit, equal ones in their order.
-void distribute(const OrderMap& from, OrderMap& to, std::size_t digit, std::array<std::uint32_t, digitValues>& counts) {
+/// One pass of the sort: `to` gets the entries of `from` by this digit, equal ones in their order.
+void distribute(const OrderEntry* from, std::size_t size, OrderEntry* to, std::size_t digit, ValueCounts& counts) {
     std::uint32_t start = 0;
     for (std::uint32_t& count : counts) {
         start += std::exchange(count, start);
     }
-    for (const OrderEntry& entry : from) {
-        to[counts[digitOf(entry.key, digit)]++] = entry;
+    for (std::size_t k = 0; k < size; ++k) {
+        to[counts[digitOf(from[k].rank, digit)]++] = from[k];
     }
 }
 
-/// Radix sort from the least digit. A digit in which all keys agree needs no pass.
+/// Radix sort from the least digit. A digit in which all ranks agree needs no pass.
 void sortByDigits(OrderMap& order) {
+    const std::size_t size = order.size();
     DigitCounts counts = countDigits(order);
-    OrderMap other(order.size());
+    const auto other = std::make_unique_for_overwrite<OrderEntry[]>(size);
+    OrderEntry* from = order.data();
+    OrderEntry* to = other.get();
     for (std::size_t digit = 0; digit < digitCount; ++digit) {
-        if (counts[digit][digitOf(order.front().key, digit)] != order.size()) {
-            distribute(order, other, digit, counts[digit]);
-            order.swap(other);
+        if (counts[digit][digitOf(from->rank, digit)] != size) {
+            distribute(from, size, to, digit, counts[digit]);
+            std::swap(from, to);
         }
     }
+    if (from != order.data()) {
+        std::copy_n(from, size, order.data());
+    }
+}
+
+/// Every entry ranks before the one in front of it.
+bool fallsThroughout(const OrderMap& order) {
+    return std::adjacent_find(order.begin(), order.end(),
+                              [](const OrderEntry& a, const OrderEntry& b) { return a.rank <= b.rank; }) == order.end();
 }
 
 }  // namespace
 
-void sortByKey(OrderMap& order) {
-    constexpr std::size_t worthCounting = 1024;  // below, the counts cost more than the comparisons
-    if (std::is_sorted(order.begin(), order.end(), sortsBefore)) {
+/// The usual frames come in order, or in the reverse one; neither test looks far in others.
+void sortByRank(OrderMap& order) {
+    constexpr std::size_t worthCounting = 4096;  // below, the counts cost more than the comparisons
+    if (std::is_sorted(order.begin(), order.end(), ranksBefore)) {
         return;
     }
-    if (order.size() < worthCounting) {
-        std::stable_sort(order.begin(), order.end(), sortsBefore);
+    if (fallsThroughout(order)) {
+        std::reverse(order.begin(), order.end());
+    } else if (order.size() < worthCounting) {
+        std::stable_sort(order.begin(), order.end(), ranksBefore);
     } else {
         sortByDigits(order);
     }
@@ -157,9 +169,9 @@ void sortByKey(OrderMap& order) {
 OrderMap buildOrder(const InstanceState* cells, A_long count) {
     OrderMap order(static_cast<std::size_t>(count));
     for (A_long index = 0; index < count; ++index) {
-        order[index] = {-cells[index].matrix.m[14], index};
+        order[index] = {rankOf(-cells[index].matrix.m[14]), index};
     }
-    sortByKey(order);
+    sortByRank(order);
     return order;
 }
 

@@ -3,6 +3,8 @@
 #include "HostInterface/Types.h"
 #include "Source/RenderGrid/InstanceState.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -10,9 +12,13 @@ namespace Tessavoy {
 
 /// One cell's place in the order from far to near.
 struct OrderEntry {
-    float key;  ///< the negated view-space z of the instance's origin
+    std::uint32_t rank;  ///< the key as a number that sorts as the keys do; see rankOf
     A_long index;
 };
+
+/// A key as an unsigned number: smaller keys have smaller ranks, 0 and -0 the same, and what is not a number the
+/// largest.
+std::uint32_t rankOf(float key);
 
 /// All cells of a frame by ascending key, equal keys (0 and -0 are equal) by ascending index. A key that is not a
 /// number stands behind all others.
@@ -68,9 +74,8 @@ private:
 /// Whether two cursors of the same class stand at the same place.
 bool samePlace(const GridToSequence& left, const GridToSequence& right);
 
-/// Sorts by key as OrderMap is sorted, in place. Equal keys keep their order. Takes as much memory again while it
-/// works.
-void sortByKey(OrderMap& order);
+/// Sorts by rank, in place. Equal ranks keep their order. Takes as much memory again while it works.
+void sortByRank(OrderMap& order);
 
 /// The map of these cells: cells[0..count - 1], with the matrices built, visible or not.
 OrderMap buildOrder(const InstanceState* cells, A_long count);

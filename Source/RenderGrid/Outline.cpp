@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace Tessavoy {
 
@@ -210,15 +211,15 @@ int EmitCorner(const OutlinePoint& a, const OutlinePoint& b, const OutlinePoint&
 namespace {
 
 /// Fills the slots behind every stride-th vertex of a ring of so many vertices, on one side of it.
-void featherRing(OutlineVertex* first, int ringCount, int stride, double width, MitreSide side) {
-    const auto position = [=](int k) -> const OutlinePoint& { return first[k * stride].position; };
+void featherRing(OutlineVertex* first, int ringCount, std::ptrdiff_t stride, double width, MitreSide side) {
+    const auto vertex = [=](int k) { return first + k * stride; };
     for (int k = 0; k < ringCount; ++k) {
-        const int before = k == 0 ? ringCount - 1 : k - 1;
-        const int after = k + 1 == ringCount ? 0 : k + 1;
-        OutlineColour colour = first[k * stride].colour;
+        const OutlineVertex& before = *vertex(k == 0 ? ringCount - 1 : k - 1);
+        const OutlineVertex& after = *vertex(k + 1 == ringCount ? 0 : k + 1);
+        OutlineColour colour = vertex(k)->colour;
         colour.a = 0.0F;
-        EmitMitredVertex(position(before), position(k), position(after), colour, width, side, false,
-                         first + k * stride + 1);
+        EmitMitredVertex(before.position, vertex(k)->position, after.position, colour, width, side, false,
+                         vertex(k) + 1);
     }
 }
 

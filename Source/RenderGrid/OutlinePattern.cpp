@@ -41,7 +41,22 @@ float evenScale(const Matrix& matrix) {
     return even ? std::sqrt(m[0] * m[0] + m[1] * m[1]) : 0.0F;
 }
 
-/// Writes the vertices of one cell: the positions that `positionOf` gives for each, as x, y, z and 0 from the origin.
+/// What a matrix makes of flat points, as seen from its origin.
+class FlatTurn {
+public:
+    explicit FlatTurn(const Matrix& matrix)
+        : mAcross(FloatQuad::of(matrix.m[0], matrix.m[1], matrix.m[2], 0.0F)),
+          mDown(FloatQuad::of(matrix.m[4], matrix.m[5], matrix.m[6], 0.0F)) {}
+
+    /// The point is given by the first two numbers.
+    FloatQuad of(FloatQuad point) const { return mAcross * point.first() + mDown * point.second(); }
+
+private:
+    FloatQuad mAcross;
+    FloatQuad mDown;
+};
+
+/// Writes the vertices of one cell. Positions are given as x, y, z and 0, from the instance's origin.
 class VertexWriter {
 public:
     VertexWriter(const InstanceState& cell, std::byte* out)
@@ -50,23 +65,10 @@ public:
           mColour(FloatQuad::load(&cell.r)),
           mTransparent(FloatQuad::of(cell.r, cell.g, cell.b, 0.0F)) {}
 
-    template <class PositionOf>
-    std::byte* write(OutlineMode mode, std::size_t count, const PositionOf& positionOf) {
-        std::size_t k = 0;
-        if (!mode.stroke) {
-            put(positionOf(k++), mColour);
-        }
-        if (mode.feathered) {
-            for (; k < count; k += 2) {
-                put(positionOf(k), mColour);
-                put(positionOf(k + 1), mTransparent);
-            }
-        }
-        for (; k < count; ++k) {
-            put(positionOf(k), mColour);
-        }
-        return reinterpret_cast<std::byte*>(mOut);
-    }
+    void put(FloatQuad fromOrigin) { put(fromOrigin, mColour); }
+    void putTransparent(FloatQuad fromOrigin) { put(fromOrigin, mTransparent); }
+
+    std::byte* end() const { return reinterpret_cast<std::byte*>(mOut); }
 
 private:
     /// The first store's last number is the second one's first: red.
@@ -96,22 +98,26 @@ void OutlinePattern::make(const InstanceState& cell, OutlineBuilder& builder) {
         builder.feather(mMode.stroke, 1.0, 1.0, 1.0);
     }
     makePlaces(builder.vertices());
-    const std::uint32_t count = static_cast<std::uint32_t>(mPlaces.size());
-    mIndices.resize(mPlaces.size() / mMode.verticesPerPlace() * mMode.indicesPerPlace());
-    mIndices.resize(static_cast<std::size_t>(writeShapeIndices(mMode, 0, count, mIndices.data()) - mIndices.data()));
+    mVertexCount = static_cast<std::uint32_t>(builder.vertices().size());
+    mIndices.resize(builder.vertices().size() / mMode.verticesPerPlace() * mMode.indicesPerPlace());
+    std::uint32_t* const end = writeShapeIndices(mMode, 0, mVertexCount, mIndices.data());
+    mIndices.resize(static_cast<std::size_t>(end - mIndices.data()));
 }
 
-/// Slots whose distance is in pixels keep the place of their vertex, and what one unit of distance adds to it.
+/// With a feather in pixels a ring vertex and its slot share a place.
 void OutlinePattern::makePlaces(const std::vector<OutlineVertex>& outline) {
     mPlaces.clear();
     mFinite = true;
+    const std::size_t centres = static_cast<std::size_t>(mMode.centreVertices());
     for (std::size_t k = 0; k < outline.size(); ++k) {
-        const bool isSlot = (k + (mMode.stroke ? 0 : 1)) % 2 == 1 && k > 0;
         const OutlinePoint& point = outline[k].position;
-        const OutlinePoint& place = mFeatherInPixels && isSlot ? outline[k - 1].position : point;
-        mPlaces.push_back({static_cast<float>(place.x), static_cast<float>(place.y),
-                           static_cast<float>(point.x - place.x), static_cast<float>(point.y - place.y)});
-        mFinite = mFinite && std::isfinite(point.x) && std::isfinite(point.y);
+        const bool hasSlot = mFeatherInPixels && k >= centres;
+        const OutlinePoint& slot = outline[hasSlot ? k + 1 : k].position;
+        mPlaces.push_back({static_cast<float>(point.x), static_cast<float>(point.y),
+                           static_cast<float>(slot.x - point.x), static_cast<float>(slot.y - point.y)});
+        mFinite = mFinite && std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(slot.x) &&
+                  std::isfinite(slot.y);
+        k += hasSlot;
     }
 }
 
@@ -128,14 +134,14 @@ bool OutlinePattern::emit(const EmissionFrame& frame, const InstanceState& cell,
     if (turnedAsBefore) {
         writeOffsets(cell, cursor);
     } else if (mFinite && !mFeatherInPixels) {
-        writePlaces(cell, 0.0F, cursor);
+        writePlaces(cell, cursor);
     } else if (const float scale = evenScale(cell.matrix); mFinite && scale > 0.0F) {
-        writePlaces(cell, 0.5F * (frame.downsampleX + frame.downsampleY) * cell.feather / scale, cursor);
+        writeFeathered(cell, 0.5F * (frame.downsampleX + frame.downsampleY) * cell.feather / scale, cursor);
     } else {
         return false;
     }
     writeIndices(cursor);
-    cursor.nextVertex += static_cast<std::uint32_t>(mPlaces.size());
+    cursor.nextVertex += mVertexCount;
     return true;
 }
 
@@ -150,26 +156,59 @@ void OutlinePattern::makeOffsets(const EmissionFrame& frame, const InstanceState
     std::copy_n(cell.matrix.m.data(), mOffsetTurn.size(), mOffsetTurn.begin());
 }
 
-void OutlinePattern::writeOffsets(const InstanceState& cell, EmissionCursor& cursor) const {
-    VertexWriter writer(cell, cursor.vertex);
-    const Offset* const offsets = mOffsets.data();
-    cursor.vertex =
-        writer.write(mMode, mOffsets.size(), [offsets](std::size_t k) { return FloatQuad::load(offsets[k].data()); });
+namespace {
+
+/// Writes vertices one after the other: the centre, then the ring, in which every second one is a slot when feathered.
+template <class PositionOf>
+std::byte* writeVertices(VertexWriter writer, OutlineMode mode, std::size_t count, const PositionOf& positionOf) {
+    std::size_t k = 0;
+    if (!mode.stroke) {
+        writer.put(positionOf(k++));
+    }
+    if (mode.feathered) {
+        for (; k < count; k += 2) {
+            writer.put(positionOf(k));
+            writer.putTransparent(positionOf(k + 1));
+        }
+    }
+    for (; k < count; ++k) {
+        writer.put(positionOf(k));
+    }
+    return writer.end();
 }
 
-/// featherReach: how far slots move, in shape units.
-void OutlinePattern::writePlaces(const InstanceState& cell, float featherReach, EmissionCursor& cursor) const {
-    const std::array<float, 16>& m = cell.matrix.m;
-    const FloatQuad across = FloatQuad::of(m[0], m[1], m[2], 0.0F);
-    const FloatQuad down = FloatQuad::of(m[4], m[5], m[6], 0.0F);
-    const FloatQuad reach = FloatQuad::all(featherReach);
-    VertexWriter writer(cell, cursor.vertex);
+}  // namespace
+
+void OutlinePattern::writeOffsets(const InstanceState& cell, EmissionCursor& cursor) const {
+    const Offset* const offsets = mOffsets.data();
+    cursor.vertex = writeVertices(VertexWriter(cell, cursor.vertex), mMode, mOffsets.size(),
+                                  [offsets](std::size_t k) { return FloatQuad::load(offsets[k].data()); });
+}
+
+void OutlinePattern::writePlaces(const InstanceState& cell, EmissionCursor& cursor) const {
+    const FlatTurn turn(cell.matrix);
     const Place* const places = mPlaces.data();
-    cursor.vertex = writer.write(mMode, mPlaces.size(), [=](std::size_t k) {
-        const FloatQuad place = FloatQuad::load(&places[k].x);
-        const FloatQuad point = place + place.upperHalf() * reach;
-        return across * point.first() + down * point.second();
-    });
+    cursor.vertex = writeVertices(VertexWriter(cell, cursor.vertex), mMode, mPlaces.size(),
+                                  [=](std::size_t k) { return turn.of(FloatQuad::load(&places[k].x)); });
+}
+
+/// reach: how far slots move, in shape units.
+void OutlinePattern::writeFeathered(const InstanceState& cell, float reach, EmissionCursor& cursor) const {
+    const FlatTurn turn(cell.matrix);
+    const FloatQuad reaches = FloatQuad::all(reach);
+    VertexWriter writer(cell, cursor.vertex);
+    const Place* place = mPlaces.data();
+    if (!mMode.stroke) {
+        writer.put(turn.of(FloatQuad::load(&place->x)));
+        ++place;
+    }
+    for (; place != mPlaces.data() + mPlaces.size(); ++place) {
+        const FloatQuad both = FloatQuad::load(&place->x);
+        const FloatQuad point = turn.of(both);
+        writer.put(point);
+        writer.putTransparent(point + turn.of(both.upperHalf()) * reaches);
+    }
+    cursor.vertex = writer.end();
 }
 
 void OutlinePattern::writeIndices(EmissionCursor& cursor) const {

@@ -43,7 +43,7 @@ public:
     bool matches(const InstanceState& cell) const { return mKey.matches(cell); }
 
 private:
-    /// A vertex in shape units, and how far it moves for each unit of a feather that is in pixels.
+    /// A vertex in shape units, and how far its slot lies from it for each unit of a feather that is in pixels.
     struct Place {
         float x;
         float y;
@@ -60,13 +60,15 @@ private:
     void makePlaces(const std::vector<OutlineVertex>& outline);
     void makeOffsets(const EmissionFrame& frame, const InstanceState& cell, OutlineBuilder& builder);
     void writeOffsets(const InstanceState& cell, EmissionCursor& cursor) const;
-    void writePlaces(const InstanceState& cell, float featherReach, EmissionCursor& cursor) const;
+    void writePlaces(const InstanceState& cell, EmissionCursor& cursor) const;
+    void writeFeathered(const InstanceState& cell, float reach, EmissionCursor& cursor) const;
     void writeIndices(EmissionCursor& cursor) const;
 
     OutlineKey mKey;
     OutlineMode mMode;
     bool mFeatherInPixels = false;
     bool mFinite = false;
+    std::uint32_t mVertexCount = 0;
     std::vector<Place> mPlaces;
     std::vector<std::uint32_t> mIndices;  ///< from the cell's first vertex
     std::vector<Offset> mOffsets;         ///< for cells that are turned as mOffsetTurn says

@@ -25,8 +25,8 @@ struct CompositionSize {
     A_long height = 0;
 };
 
-/// The camera's layer-to-world matrix in single precision. The host gives it row by row with the translation in the last
-/// row; read as column-major that puts the translation into elements 12, 13 and 14.
+/// The camera's layer-to-world matrix in single precision. The host gives it row by row with the translation in the
+/// last row; read as column-major that puts the translation into elements 12, 13 and 14.
 Matrix layerToWorld(const CameraLayer& camera, const A_Time& time) {
     A_Matrix4 host{};
     throwOnError(camera.query->suites().get<AEGP_LayerSuite5>().AEGP_GetLayerToWorldXform(camera.layer, &time, &host));

@@ -157,8 +157,10 @@ void resolveScene(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRen
 
 }  // namespace
 
-void DrawGrid(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderData& renderData,
+void DrawGrid(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderData* renderContext,
               ParameterSnapshot& snapshot, const GridDrawing& drawing) {
+    requireRenderContext(renderContext);
+    AESDK_OpenGL_EffectRenderData& renderData = *renderContext;
     startScene(inData, outData, renderData, snapshot, drawing);
     const ViewProjection view = viewOf(inData, snapshot, drawing);
     const FramePlace place = placeOf(inData, drawing);

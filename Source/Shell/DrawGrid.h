@@ -16,13 +16,13 @@ struct GridDrawing {
     float multiplier16bit = 1.0F;  ///< from GetPixelTransfer
 };
 
-/// Draws the grid into the scene target and brings it down to the resolve target, premultiplied. The render data's targets
-/// are prepared and its context is current. Throws whatever fails.
-void DrawGrid(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL::AESDK_OpenGL_EffectRenderData& renderData,
+/// Draws the grid into the scene target and brings it down to the resolve target, premultiplied. The render data's
+/// targets are prepared and its context is current; that there is none is an assertion. Throws whatever fails.
+void DrawGrid(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL::AESDK_OpenGL_EffectRenderData* renderContext,
               ParameterSnapshot& snapshot, const GridDrawing& drawing);
 
-/// Evaluates, orders and emits the same grid without any OpenGL, atlas, fog or picture, and measures its vertices. Nothing
-/// to draw leaves the bounds as they were given.
+/// Evaluates, orders and emits the same grid without any OpenGL, atlas, fog or picture, and measures its vertices.
+/// Nothing to draw leaves the bounds as they were given.
 void MeasureZBounds(PF_InData* inData, PF_OutData* outData, ParameterSnapshot& snapshot, const GridDrawing& drawing,
                     ZBounds& bounds);
 

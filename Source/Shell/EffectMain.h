@@ -10,9 +10,9 @@
 
 extern "C" {
 
-/// The one entry point behind which everything else lies. The result is the host's error value. An Exception becomes its
-/// code, with its text, when there is one, as the message to show; a thrown integer is the result as it stands; all other
-/// exceptions leave to the host. Rendering commands come on several threads at once.
+/// The one entry point behind which everything else lies. The result is the host's error value. An Exception becomes
+/// its code, with its text, when there is one, as the message to show; a thrown integer is the result as it stands; all
+/// other exceptions leave to the host. Rendering commands come on several threads at once.
 TESSAVOY_EXPORT PF_Err EffectMain(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[],
                                   PF_LayerDef* output, void* extra);
 

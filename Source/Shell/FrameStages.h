@@ -18,8 +18,8 @@ enum class FrameStage : std::uint8_t {
 /// Called on the rendering thread, with its context current from Preparation on, whenever a stage has ended.
 using FrameStageObserver = void (*)(FrameStage ended);
 
-/// Sets who is told about the stages of all frames from now on; null for nobody. For measurements: the module itself sets
-/// none.
+/// Sets who is told about the stages of all frames from now on; null for nobody. For measurements: the module itself
+/// sets none.
 void observeFrameStages(FrameStageObserver observer);
 
 /// Tells the observer, if there is one.

@@ -2,6 +2,7 @@
 
 #include "HostInterface/Constants.h"
 #include "Source/Gl/ThreadRenderData.h"
+#include "Source/HostAccess/NewHandle.h"
 #include "Source/HostAccess/SuiteHandler.h"
 #include "Source/Parameter/StringTable.h"
 #include "Source/Shell/ProductIdentity.h"
@@ -32,43 +33,6 @@ PF_Err registerPlugin(const PF_InData* inData, SuiteHandler& suites, AEGP_Plugin
     return suites.get<AEGP_UtilitySuite3>().AEGP_RegisterWithAEGP(nullptr, GetStringPtr(1), &id);
 }
 
-/// A new host handle, locked while this object lives and disposed of at its end unless it was handed over.
-class NewHandle {
-public:
-    NewHandle(const PF_HandleSuite1& handles, A_HandleSize size)
-        : mHandles(handles), mHandle(handles.host_new_handle(size)) {
-        if (mHandle != nullptr) {
-            mBlock = handles.host_lock_handle(mHandle);
-        }
-    }
-
-    ~NewHandle() {
-        if (mBlock != nullptr) {
-            mHandles.host_unlock_handle(mHandle);
-        }
-        if (mHandle != nullptr && !mHandedOver) {
-            mHandles.host_dispose_handle(mHandle);
-        }
-    }
-
-    NewHandle(const NewHandle&) = delete;
-    NewHandle& operator=(const NewHandle&) = delete;
-
-    bool exists() const { return mHandle != nullptr; }
-    void* block() const { return mBlock; }
-
-    PF_Handle handOver() {
-        mHandedOver = true;
-        return mHandle;
-    }
-
-private:
-    const PF_HandleSuite1& mHandles;
-    PF_Handle mHandle;
-    void* mBlock = nullptr;
-    bool mHandedOver = false;
-};
-
 /// The global data is one plug-in id in a host handle, which becomes the host's once it holds the id.
 PF_Err makeGlobalData(PF_InData* inData, PF_OutData* outData) {
     SuiteHandler suites(inData->pica_basicP);
@@ -76,14 +40,14 @@ PF_Err makeGlobalData(PF_InData* inData, PF_OutData* outData) {
     if (!data.exists()) {
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     }
-    if (data.block() == nullptr) {
+    if (data.address() == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
     AEGP_PluginID id = 0;
     const PF_Err error = registerPlugin(inData, suites, id);
     if (error == PF_Err_NONE) {
-        std::memcpy(data.block(), &id, sizeof id);
-        outData->global_data = data.handOver();
+        std::memcpy(data.address(), &id, sizeof id);
+        outData->global_data = data.handOn();
     }
     return error;
 }

@@ -29,16 +29,15 @@ inline constexpr int shownMajor = 1;
 inline constexpr int shownMinor = 3;
 
 inline constexpr A_long outFlags = 33588308;
-static_assert(outFlags == (PF_OutFlag_NON_PARAM_VARY | PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING |
-                           PF_OutFlag_USE_OUTPUT_EXTENT | PF_OutFlag_PIX_INDEPENDENT | PF_OutFlag_CUSTOM_UI |
-                           PF_OutFlag_DEEP_COLOR_AWARE));
+static_assert(outFlags ==
+              (PF_OutFlag_NON_PARAM_VARY | PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING | PF_OutFlag_USE_OUTPUT_EXTENT |
+               PF_OutFlag_PIX_INDEPENDENT | PF_OutFlag_CUSTOM_UI | PF_OutFlag_DEEP_COLOR_AWARE));
 
 inline constexpr A_long outFlags2 = 411046915;
-static_assert(outFlags2 ==
-              (PF_OutFlag2_SUPPORTS_QUERY_DYNAMIC_FLAGS | PF_OutFlag2_I_USE_3D_CAMERA |
-               PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE |
-               PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA | PF_OutFlag2_SUPPORTS_THREADED_RENDERING |
-               PF_OutFlag2_MUTABLE_RENDER_SEQUENCE_DATA_SLOWER));
+static_assert(outFlags2 == (PF_OutFlag2_SUPPORTS_QUERY_DYNAMIC_FLAGS | PF_OutFlag2_I_USE_3D_CAMERA |
+                            PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE |
+                            PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA | PF_OutFlag2_SUPPORTS_THREADED_RENDERING |
+                            PF_OutFlag2_MUTABLE_RENDER_SEQUENCE_DATA_SLOWER));
 
 /// 'PrMr': the editing host, which offers no AEGP services.
 inline constexpr A_long editingHostId = 0x50724D72;

@@ -10,6 +10,7 @@
 #include "Source/HostAccess/Exception.h"
 #include "Source/HostAccess/SuiteHandler.h"
 #include "Source/Parameter/ParameterSnapshot.h"
+#include "Source/Parameter/PopupValues.h"
 #include "Source/Shell/DrawGrid.h"
 #include "Source/Shell/FrameStages.h"
 #include "Source/Shell/PreRender.h"
@@ -31,8 +32,8 @@ struct FrameLoans {
 
     ParameterSnapshot snapshot;
     std::optional<SuiteHandler> suites;  ///< made before the worlds, so that a host without suites ends the frame here
-    PF_EffectWorld* input = nullptr;   ///< the effect's own layer at the requested rectangle
-    PF_EffectWorld* output = nullptr;  ///< what the host wants filled
+    PF_EffectWorld* input = nullptr;     ///< the effect's own layer at the requested rectangle
+    PF_EffectWorld* output = nullptr;    ///< what the host wants filled
     const PF_WorldSuite2* worldSuite = nullptr;
 };
 
@@ -89,7 +90,7 @@ void renderFrame(PF_InData* inData, PF_OutData* outData, FrameLoans& loans) {
     const A_long width = loans.input->width;
     const A_long height = loans.input->height;
     PrepareRenderTargets(*renderData, static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height),
-                         loans.snapshot.MSAA != 1);
+                         loans.snapshot.MSAA != PopupValues::NoMultisampling);
     const PF_PixelFormat format = pixelFormatOf(loans);
     const PixelTransfer transfer = GetPixelTransfer(format);
 
@@ -99,7 +100,7 @@ void renderFrame(PF_InData* inData, PF_OutData* outData, FrameLoans& loans) {
     clearTarget();
     const GridDrawing drawing = {static_cast<float>(loans.output->origin_x), static_cast<float>(loans.output->origin_y),
                                  width, height, transfer.multiplier16bit};
-    DrawGrid(inData, outData, *renderData, loans.snapshot, drawing);
+    DrawGrid(inData, outData, renderData.get(), loans.snapshot, drawing);
     // The resolve target holds the picture, premultiplied.
 
     startPass(inData, outData, *renderData, renderData->outputTexture);
@@ -111,8 +112,8 @@ void renderFrame(PF_InData* inData, PF_OutData* outData, FrameLoans& loans) {
     releaseTargets();
 }
 
-/// A thrown integer is the result as it stands; anything else that was thrown is out of memory to the host. A frame that
-/// was drawn asks the host at last whether it is still wanted.
+/// A thrown integer is the result as it stands; anything else that was thrown is out of memory to the host. A frame
+/// that was drawn asks the host at last whether it is still wanted.
 PF_Err renderGuarded(PF_InData* inData, PF_OutData* outData, FrameLoans& loans) {
     try {
         renderFrame(inData, outData, loans);

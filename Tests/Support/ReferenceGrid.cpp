@@ -68,15 +68,19 @@ public:
         }
     }
 
-    void band(const Ring& inner, const Ring& outer) {
+    /// A stroke between its two edges. Sides are split from the inner to the next outer corner, which shows where a
+    /// stroke is folded by a bend that is tighter than its width.
+    void stroke(const Ring& inner, const Ring& outer) {
         for (std::size_t n = 0; n < inner.points.size(); ++n) {
-            const std::size_t next = (n + 1) % inner.points.size();
-            const ReferenceVertex a = vertex(inner.points[n], inner.alpha);
-            const ReferenceVertex b = vertex(inner.points[next], inner.alpha);
-            const ReferenceVertex c = vertex(outer.points[next], outer.alpha);
-            const ReferenceVertex d = vertex(outer.points[n], outer.alpha);
-            add(a, b, d);
-            add(b, c, d);
+            side(inner, outer, n, true);
+        }
+    }
+
+    /// A feather from the shape's edge. Sides are split from the feather's to the edge's next corner, but for the last
+    /// one, which shows where a side isn't flat.
+    void feather(const Ring& edge, const Ring& end) {
+        for (std::size_t n = 0; n < edge.points.size(); ++n) {
+            side(edge, end, n, n + 1 == edge.points.size());
         }
     }
 
@@ -93,6 +97,16 @@ public:
     }
 
 private:
+    void side(const Ring& first, const Ring& second, std::size_t n, bool fromFirst) {
+        const std::size_t next = (n + 1) % first.points.size();
+        const ReferenceVertex a = vertex(first.points[n], first.alpha);
+        const ReferenceVertex b = vertex(first.points[next], first.alpha);
+        const ReferenceVertex c = vertex(second.points[next], second.alpha);
+        const ReferenceVertex d = vertex(second.points[n], second.alpha);
+        add(a, b, fromFirst ? c : d);
+        add(fromFirst ? a : b, c, d);
+    }
+
     void add(const ReferenceVertex& a, const ReferenceVertex& b, const ReferenceVertex& c) {
         mTriangles.push_back({{a, b, c}, mShape});
     }
@@ -276,7 +290,7 @@ private:
         const ReferenceOutline outline = shapeOf(cell);
         const ReferenceOutline inner = grown(outline, -width / 2.0);
         const ReferenceOutline outer = grown(outline, width / 2.0);
-        drawing.band(ringOf(cell, inner, 1.0), ringOf(cell, outer, 1.0));
+        drawing.stroke(ringOf(cell, inner, 1.0), ringOf(cell, outer, 1.0));
         drawFeather(drawing, cell, outer, 1.0);
         drawFeather(drawing, cell, inner, -1.0);
     }
@@ -285,10 +299,10 @@ private:
     void drawFeather(CellDrawing& drawing, const ReferenceCell& cell, const ReferenceOutline& edge, double side) const {
         const Ring full = ringOf(cell, edge, 1.0);
         if (cell.featherPercents > 0.0) {
-            drawing.band(full, ringOf(cell, grown(edge, side * cell.featherPercents / 100.0), 0.0));
+            drawing.feather(full, ringOf(cell, grown(edge, side * cell.featherPercents / 100.0), 0.0));
         } else if (cell.featherPixels > 0.0) {
             const double factor = (mGrid.downsampleX + mGrid.downsampleY) / 2.0;
-            drawing.band(full, grownInView(full, side * cell.featherPixels * factor, 0.0));
+            drawing.feather(full, grownInView(full, side * cell.featherPixels * factor, 0.0));
         }
     }
 

@@ -64,7 +64,9 @@ TEST(CommandFrameList, RangesRiseAndStepsAreAtLeastOne) {
     EXPECT_EQ(refusal("0-9y0"), "--frames: \"0-9y0\": the step must be at least 1");
 }
 
-TEST(CommandFrameList, AListLeavesAtLeastOneFrame) { EXPECT_EQ(refusal("0-9y1"), "--frames: \"0-9y1\" leaves no frame"); }
+TEST(CommandFrameList, AListLeavesAtLeastOneFrame) {
+    EXPECT_EQ(refusal("0-9y1"), "--frames: \"0-9y1\" leaves no frame");
+}
 
 TEST(CommandFrameList, OtherTextsAreRefused) {
     for (const std::string part :

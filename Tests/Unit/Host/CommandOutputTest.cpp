@@ -85,7 +85,9 @@ TEST_F(CommandOutput, FilesInTheWayAreCounted) {
 
 TEST_F(CommandOutput, TheRegionLiesInTheLayer) {
     EXPECT_EQ(refusal([] { checkRegion({60, 40, 4, 8}, 64, 48); }), "accepted");
-    EXPECT_EQ(refusal([] { checkRegion({61, 40, 4, 8}, 64, 48); }),
+    EXPECT_EQ(refusal([] {
+                  checkRegion({61, 40, 4, 8}, 64, 48);
+              }),
               "--region: reaches outside the layer, which has 64 x 48 pixels at this resolution");
     EXPECT_NE(refusal([] { checkRegion({0, 41, 4, 8}, 64, 48); }), "accepted");
     EXPECT_NE(refusal([] { checkRegion({2147483647, 0, 2147483647, 1}, 64, 48); }), "accepted");

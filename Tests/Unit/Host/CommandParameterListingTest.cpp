@@ -19,7 +19,7 @@ Json described(const FakeParameters& list) {
 }
 
 Json common(int type, const std::string& label, int flags = 0, int uiFlags = 0) {
-    return {{"id", "A.B"}, {"index", 1},       {"diskId", 101},      {"type", type},
+    return {{"id", "A.B"},    {"index", 1},     {"diskId", 101},     {"type", type},
             {"label", label}, {"flags", flags}, {"uiFlags", uiFlags}};
 }
 

@@ -12,9 +12,15 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-FrameReport written(int frame) { return {frame, FrameStatus::Written, "out/" + std::to_string(frame) + ".png", {}, 0.25}; }
-FrameReport skipped(int frame) { return {frame, FrameStatus::Skipped, "out/" + std::to_string(frame) + ".png", {}, 0}; }
-FrameReport failed(int frame) { return {frame, FrameStatus::Failed, {}, "no memory", 1.5}; }
+FrameReport written(int frame) {
+    return {frame, FrameStatus::Written, "out/" + std::to_string(frame) + ".png", {}, 0.25};
+}
+FrameReport skipped(int frame) {
+    return {frame, FrameStatus::Skipped, "out/" + std::to_string(frame) + ".png", {}, 0};
+}
+FrameReport failed(int frame) {
+    return {frame, FrameStatus::Failed, {}, "no memory", 1.5};
+}
 
 // What a progress prints, by a clock that the test sets.
 class CommandProgress : public ::testing::Test {
@@ -109,16 +115,17 @@ TEST_F(CommandProgress, JsonIsOneObjectALine) {
     reporter.message(8, "odd \xff");
     reporter.finish();
     EXPECT_THAT(
-        json,
-        ElementsAre(
-            "{\"event\":\"frame\",\"frame\":7,\"status\":\"written\",\"file\":\"out/7.png\",\"seconds\":0.25,\"done\":1,"
-            "\"total\":3}\n",
-            "{\"event\":\"message\",\"text\":\"frame 9: failed: no memory\",\"frame\":9}\n",
-            "{\"event\":\"frame\",\"frame\":9,\"status\":\"failed\",\"reason\":\"no memory\",\"seconds\":1.5,\"done\":2,"
-            "\"total\":3}\n",
-            "{\"event\":\"message\",\"text\":\"frame 8: odd \xEF\xBF\xBD\",\"frame\":8}\n",
-            "{\"event\":\"end\",\"written\":1,\"skipped\":0,\"failed\":[9],\"total\":3}\n",
-            "{\"event\":\"message\",\"text\":\"frames: 1 written, 0 skipped, 1 failed (9), 1 not rendered\"}\n"));
+        json, ElementsAre(
+                  "{\"event\":\"frame\",\"frame\":7,\"status\":\"written\",\"file\":\"out/"
+                  "7.png\",\"seconds\":0.25,\"done\":1,"
+                  "\"total\":3}\n",
+                  "{\"event\":\"message\",\"text\":\"frame 9: failed: no memory\",\"frame\":9}\n",
+                  "{\"event\":\"frame\",\"frame\":9,\"status\":\"failed\",\"reason\":\"no "
+                  "memory\",\"seconds\":1.5,\"done\":2,"
+                  "\"total\":3}\n",
+                  "{\"event\":\"message\",\"text\":\"frame 8: odd \xEF\xBF\xBD\",\"frame\":8}\n",
+                  "{\"event\":\"end\",\"written\":1,\"skipped\":0,\"failed\":[9],\"total\":3}\n",
+                  "{\"event\":\"message\",\"text\":\"frames: 1 written, 0 skipped, 1 failed (9), 1 not rendered\"}\n"));
     EXPECT_THAT(error, ElementsAre("frame 9: failed: no memory\n", "frame 8: odd \xff\n",
                                    "frames: 1 written, 0 skipped, 1 failed (9), 1 not rendered\n"));
 }

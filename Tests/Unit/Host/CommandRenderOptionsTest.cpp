@@ -72,8 +72,8 @@ TEST(CommandRenderOptions, ResolutionByFractions) {
     EXPECT_EQ(options.downsampleX, (Rational{1, 2}));
     EXPECT_EQ(options.downsampleY, (Rational{3, 4}));
     EXPECT_EQ(with("--resolution", "1,1/7").downsampleX, (Rational{1, 1}));
-    for (const std::string value :
-         {"", "1/2", "1/2,", "1/2,1/2,1/2", "0/2,1/2", "1/0,1/2", "3/2,1/2", "-1/2,1/2", "1/-2,1/2", "0.5,0.5", "Half"}) {
+    for (const std::string value : {"", "1/2", "1/2,", "1/2,1/2,1/2", "0/2,1/2", "1/0,1/2", "3/2,1/2", "-1/2,1/2",
+                                    "1/-2,1/2", "0.5,0.5", "Half"}) {
         EXPECT_EQ(refusal("--resolution", value),
                   "--resolution: \"" + value +
                       "\" is not full, half, third, quarter, or two fractions up to 1 such as 1/2,1/4");

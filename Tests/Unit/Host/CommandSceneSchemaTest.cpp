@@ -11,7 +11,9 @@ namespace {
 using namespace SceneFixture;
 using nlohmann::json;
 
-json schema() { return json::parse(sceneSchema(fakeTable()).dump()); }
+json schema() {
+    return json::parse(sceneSchema(fakeTable()).dump());
+}
 
 // What a reference points to, with the place's own annotations left out.
 json resolved(const json& whole, const json& place) {
@@ -28,7 +30,9 @@ json parameter(const std::string& id) {
 }
 
 // The schema of a single value of a parameter that may vary.
-json valueOf(const std::string& id) { return resolved(schema(), parameter(id)["anyOf"][0]); }
+json valueOf(const std::string& id) {
+    return resolved(schema(), parameter(id)["anyOf"][0]);
+}
 
 TEST(CommandSceneSchema, SaysWhichDraftItIs) {
     EXPECT_EQ(schema()["$schema"], "https://json-schema.org/draft/2020-12/schema");

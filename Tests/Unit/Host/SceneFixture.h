@@ -63,13 +63,13 @@ inline constexpr PF_ParamFlags fixedInTime = PF_ParamFlag_CANNOT_TIME_VARY | PF_
 inline const FakeParameters& fakeParameters() {
     static const FakeParameters fake = [] {
         FakeParameters list;
-        list.slider("CountX", 0, 100000, 10);                       // index 1
-        list.slider("FramesLimit", 1, 10000, 0);                    // 2
-        list.add("InstanceSize.GroupBegin", PF_Param_GROUP_START);  // 3
-        list.floatSlider("InstanceSize.Value", -10000, 10000, 10);  // 4
-        list.add("InstanceSize.GroupEnd", PF_Param_GROUP_END);      // 5
-        list.add("Rotation", PF_Param_ANGLE);                       // 6
-        list.add("HexGrid", PF_Param_CHECKBOX, fixedInTime);        // 7
+        list.slider("CountX", 0, 100000, 10);                                      // index 1
+        list.slider("FramesLimit", 1, 10000, 0);                                   // 2
+        list.add("InstanceSize.GroupBegin", PF_Param_GROUP_START);                 // 3
+        list.floatSlider("InstanceSize.Value", -10000, 10000, 10);                 // 4
+        list.add("InstanceSize.GroupEnd", PF_Param_GROUP_END);                     // 5
+        list.add("Rotation", PF_Param_ANGLE);                                      // 6
+        list.add("HexGrid", PF_Param_CHECKBOX, fixedInTime);                       // 7
         list.popup("ShapeType", "Complex Polygon|Textured Quad", 2, fixedInTime);  // 8
         list.popup("Source", "Red|Green", 5, 0);                                   // 9
         list.add("InstanceColor", PF_Param_COLOR);                                 // 10
@@ -158,7 +158,9 @@ inline Lines textRefusal(const std::string& text, const SceneOverrides& override
     return {"accepted"};
 }
 
-inline Lines refusal(const nlohmann::json& scene) { return textRefusal(scene.dump()); }
+inline Lines refusal(const nlohmann::json& scene) {
+    return textRefusal(scene.dump());
+}
 
 // The lines that a scene is refused with when the parameter gets the value.
 inline Lines parameterRefusal(const std::string& id, const nlohmann::json& value) {

@@ -99,7 +99,7 @@ A_Err getDimensions(AEGP_ItemH, A_long* width, A_long* height) {
 
 /// The suites by name and version, with the slots that the camera questions use.
 const std::map<std::string, const void*>& suites() {
-    static AEGP_PFInterfaceSuite1 interface{};
+    static AEGP_PFInterfaceSuite1 interface {};
     static AEGP_EffectSuite2 effect{};
     static AEGP_LayerSuite5 layer11{};
     static AEGP_LayerSuite8 layer14{};
@@ -116,10 +116,13 @@ const std::map<std::string, const void*>& suites() {
     stream.AEGP_GetLayerStreamValue = getStreamValue;
     composition.AEGP_GetItemFromComp = getItem;
     item.AEGP_GetItemDimensions = getDimensions;
-    static const std::map<std::string, const void*> table = {
-        {"AEGP PF Interface Suite 1", &interface}, {"AEGP Effect Suite 2", &effect},  {"AEGP Layer Suite 11", &layer11},
-        {"AEGP Layer Suite 14", &layer14},         {"AEGP Stream Suite 10", &stream}, {"AEGP Comp Suite 9", &composition},
-        {"AEGP Item Suite 10", &item}};
+    static const std::map<std::string, const void*> table = {{"AEGP PF Interface Suite 1", &interface},
+                                                             {"AEGP Effect Suite 2", &effect},
+                                                             {"AEGP Layer Suite 11", &layer11},
+                                                             {"AEGP Layer Suite 14", &layer14},
+                                                             {"AEGP Stream Suite 10", &stream},
+                                                             {"AEGP Comp Suite 9", &composition},
+                                                             {"AEGP Item Suite 10", &item}};
     return table;
 }
 
@@ -262,7 +265,8 @@ TEST_F(Camera, TheNearPlaneIsAt1AndTheFarPlaneAt10000) {
 }
 
 TEST_F(Camera, EveryFailingHostCallThrowsItsCodeAndLeavesNothingOut) {
-    for (const char* call : {"effect", "time", "camera", "matrix", "zoom", "layer", "composition", "item", "dimensions"}) {
+    for (const char* call :
+         {"effect", "time", "camera", "matrix", "zoom", "layer", "composition", "item", "dimensions"}) {
         mProject.failing = call;
         try {
             BuildViewProjection(&mInData, true, 0, 0, 640, 360, 1, 1);

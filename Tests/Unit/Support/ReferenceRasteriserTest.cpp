@@ -233,7 +233,8 @@ TEST(ReferenceRasteriser, CameraSeesTheFrameAroundItsAxisAndAPointAtTheZoomAtIts
     const auto near = shown(whole, 30.0, -20.0, 300.0, 200, 100);
     EXPECT_NEAR(near[0], 130.0, 1e-9);
     EXPECT_NEAR(near[1], 30.0, 1e-9);
-    const auto part = shown(cameraProjection(60, 40, 200.0, 100.0, 90.0, 10.0, 300.0, 300.0), 30.0, -20.0, 600.0, 60, 40);
+    const auto part =
+        shown(cameraProjection(60, 40, 200.0, 100.0, 90.0, 10.0, 300.0, 300.0), 30.0, -20.0, 600.0, 60, 40);
     EXPECT_NEAR(part[0], 100.0 + 15.0 - 90.0, 1e-9);
     EXPECT_NEAR(part[1], 50.0 - 10.0 - 10.0, 1e-9);
 }

@@ -1,0 +1,403 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Host/HostError.h"
+#include "Host/ImageFiles/ImageFiles.h"
+
+// The built command, run as its users run it.
+
+namespace TessavoyHost {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+struct Outcome {
+    int status = -1;  // exit status, or -1 when a signal ended it
+    int signal = 0;
+    std::string out, error;
+};
+
+std::string contents(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+class Command : public ::testing::Test {
+protected:
+    Command() {
+        std::string name = (std::filesystem::temp_directory_path() / "tessavoy-command-XXXXXX").string();
+        folder = ::mkdtemp(name.data());
+        std::filesystem::create_directory(folder / "out");
+        scene = nlohmann::json::parse(R"({
+            "tessavoy": 1,
+            "composition": { "width": 64, "height": 36, "frameRate": 25, "duration": 0.4 },
+            "layers": [ { "name": "Plate", "solid": [0, 0, 0, 255], "width": 64, "height": 36 } ],
+            "effect": { "layer": "Plate", "parameters": { "CountX": 3, "CountY": 2, "GridWidth": 40, "GridHeight": 20 } }
+        })");
+    }
+    ~Command() override { std::filesystem::remove_all(folder); }
+
+    // Starts the command in the test's folder, its outputs going to files.
+    pid_t start(const std::string& arguments, const std::string& redirection = ">stdout") {
+        std::ofstream(folder / "scene.json") << scene.dump();
+        const std::string line =
+            "exec '" TESSAVOY_COMMAND "' " + arguments + " " + redirection + " 2>stderr </dev/null";
+        const pid_t child = ::fork();
+        if (child == 0) {
+            if (::chdir(folder.c_str()) == 0) {
+                ::execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
+            }
+            ::_exit(127);
+        }
+        return child;
+    }
+
+    Outcome wait(pid_t child) const {
+        int state = 0;
+        ::waitpid(child, &state, 0);
+        Outcome outcome;
+        outcome.status = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
+        outcome.signal = WIFSIGNALED(state) ? WTERMSIG(state) : 0;
+        outcome.out = contents(folder / "stdout");
+        outcome.error = contents(folder / "stderr");
+        return outcome;
+    }
+
+    Outcome run(const std::string& arguments) { return wait(start(arguments)); }
+
+    static std::string lastLine(const Outcome& outcome) {
+        const auto lines = linesOf(outcome.error);
+        return lines.empty() ? "" : lines.back();
+    }
+
+    std::vector<std::string> outputFiles() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder / "out")) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    bool waitForFile(const std::string& name) const {
+        for (int i = 0; i < 6000; ++i) {
+            if (std::filesystem::exists(folder / name)) {
+                return true;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return false;
+    }
+
+    // More cells than can be computed in the time that the tests with it allow.
+    void makeFramesEndless() {
+        scene["effect"]["parameters"]["CountX"] = 5000;
+        scene["effect"]["parameters"]["CountY"] = 2000;
+    }
+
+    std::filesystem::path folder;
+    nlohmann::json scene;
+};
+
+TEST_F(Command, RendersAllFrames) {
+    const auto outcome = run("render scene.json -o 'out/a.####.png'");
+    EXPECT_EQ(outcome.status, 0) << outcome.error;
+    EXPECT_EQ(outputFiles().size(), 10u);
+    EXPECT_EQ(outputFiles().front(), "a.0000.png");
+    EXPECT_EQ(outputFiles().back(), "a.0009.png");
+    EXPECT_EQ(lastLine(outcome), "frames: 10 written, 0 skipped, 0 failed");
+    EXPECT_EQ(outcome.out, "");
+}
+
+TEST_F(Command, RendersTheFramesThatAreNamed) {
+    EXPECT_EQ(run("render --frames 0-9x4,3 scene.json -o out/%d.tif --depth 16").status, 0);
+    EXPECT_THAT(outputFiles(), ElementsAre("0.tif", "3.tif", "4.tif", "8.tif"));
+}
+
+TEST_F(Command, TheOptionsReachTheFrame) {
+    EXPECT_EQ(run("render scene.json -o out/half.png --frames 5 --resolution 1/2,1/4").status, 0);
+    EXPECT_NO_THROW(verifyImage(folder / "out/half.png", 32, 9));
+    EXPECT_EQ(run("render scene.json -o out/part.exr --frames 5 --region 10,20,30,7").status, 0);
+    EXPECT_NO_THROW(verifyImage(folder / "out/part.exr", 30, 7));
+    EXPECT_EQ(readImage(folder / "out/part.exr").format, SampleFormat::Float32);
+}
+
+TEST_F(Command, SetChangesTheParameter) {
+    EXPECT_EQ(
+        run("render scene.json -o - --frames 0 --set InstanceColor.Color=#ff0000 --set CountX=1 --set CountY=1").status,
+        0);
+    const std::string red = contents(folder / "stdout");
+    EXPECT_EQ(
+        run("render scene.json -o - --frames 0 --set InstanceColor.Color=#00ff00 --set CountX=1 --set CountY=1").status,
+        0);
+    const std::string green = contents(folder / "stdout");
+    ASSERT_EQ(red.size(), 64u * 36u * 4u);
+    const std::size_t middle = (18 * 64 + 32) * 4;  // A R G B
+    EXPECT_EQ(red.substr(middle, 4), std::string("\xff\xff\x00\x00", 4));
+    EXPECT_EQ(green.substr(middle, 4), std::string("\xff\x00\xff\x00", 4));
+}
+
+// A key makes each frame differ, so that an exchange of frames would show.
+TEST_F(Command, RawFramesComeInOrderFromAnyNumberOfThreads) {
+    scene["effect"]["parameters"]["CenterPos"]["keys"] = {{{"time", 0}, {"value", {10, 10}}},
+                                                          {{"time", 0.4}, {"value", {50, 30}}}};
+    const auto one = run("render scene.json -o -");
+    EXPECT_EQ(one.status, 0);
+    ASSERT_EQ(one.out.size(), 10u * 64u * 36u * 4u);
+    const std::size_t frame = 64 * 36 * 4;
+    for (std::size_t i = 1; i < 10; ++i) {
+        EXPECT_NE(one.out.substr((i - 1) * frame, frame), one.out.substr(i * frame, frame));
+    }
+    EXPECT_EQ(run("render scene.json -o - --threads 4").out, one.out);
+}
+
+TEST_F(Command, RawFramesHaveTheFilesPixels) {
+    const auto raw = run("render scene.json -o - --frames 3");
+    EXPECT_EQ(run("render scene.json -o out/a.png --frames 3").status, 0);
+    const Image image = readImage(folder / "out/a.png");
+    ASSERT_EQ(raw.out.size(), image.samples.size());
+    for (std::size_t i = 0; i < raw.out.size(); i += 4) {
+        const auto sample = [&image, i](std::size_t channel) { return static_cast<char>(image.samples[i + channel]); };
+        const std::string argb{sample(3), sample(0), sample(1), sample(2)};
+        ASSERT_EQ(raw.out.substr(i, 4), argb) << "pixel " << i / 4;
+    }
+}
+
+TEST_F(Command, ExistingFilesAreAFailureUnlessTold) {
+    std::ofstream(folder / "out/a.04.png") << "mine";
+    const auto refused = run("render scene.json -o 'out/a.##.png'");
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_THAT(refused.error, HasSubstr("1 of 10 files are there already, first out/a.04.png"));
+    EXPECT_THAT(outputFiles(), ElementsAre("a.04.png"));
+    EXPECT_EQ(contents(folder / "out/a.04.png"), "mine");
+
+    const auto skipped = run("render scene.json -o 'out/a.##.png' --existing skip");
+    EXPECT_EQ(skipped.status, 0);
+    EXPECT_EQ(lastLine(skipped), "frames: 10 written, 0 skipped, 0 failed");  // it was no picture
+    EXPECT_EQ(lastLine(run("render scene.json -o 'out/a.##.png' --existing skip")),
+              "frames: 0 written, 10 skipped, 0 failed");
+    EXPECT_EQ(lastLine(run("render scene.json -o 'out/a.##.png' --existing skip --resolution half")),
+              "frames: 10 written, 0 skipped, 0 failed");
+    EXPECT_EQ(lastLine(run("render scene.json -o 'out/a.##.png' --existing overwrite")),
+              "frames: 10 written, 0 skipped, 0 failed");
+}
+
+TEST_F(Command, NothingIsRenderedWhenTheLineIsWrong) {
+    for (const char* arguments :
+         {"render scene.json -o 'out/#.png'", "render scene.json -o out/a.png", "render scene.json -o no/a.##.png",
+          "render scene.json -o 'out/##.png' --frames 5-12", "render scene.json -o 'out/##.png' --region 60,0,5,5",
+          "render scene.json -o 'out/##.png' --set CountX=-1", "render scene.json -o 'out/##.png' --set Count=1",
+          "render scene.json -o 'out/##.png' --script no.lua", "render scene.json", "paint scene.json"}) {
+        const auto outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 2) << arguments;
+        EXPECT_THAT(outcome.error, Not(IsEmpty()));
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_THAT(outputFiles(), IsEmpty()) << arguments;
+    }
+}
+
+TEST_F(Command, AWrongSceneIsStatus3AndTellsAll) {
+    scene["effect"]["parameters"]["InstanceSize.Valu"] = 1;
+    scene["composition"]["width"] = 0;
+    for (const char* arguments : {"check scene.json", "render scene.json -o 'out/##.png'"}) {
+        const auto outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 3);
+        EXPECT_THAT(outcome.error,
+                    AllOf(HasSubstr("scene.json: composition.width: 0 is out of range"),
+                          HasSubstr("effect.parameters.\"InstanceSize.Valu\": unknown parameter; did you "
+                                    "mean \"InstanceSize.Value\"?")));
+        EXPECT_EQ(outcome.out, "");
+    }
+    EXPECT_EQ(run("check no-such.json").status, 3);
+}
+
+TEST_F(Command, ARightSceneIsChecked) {
+    const auto outcome = run("check scene.json");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "scene.json: right, 10 frames of 64 x 36 pixels\n");
+    EXPECT_EQ(outcome.error, "");
+}
+
+TEST_F(Command, AModuleThatCanNotBeHadIsStatus4) {
+    EXPECT_EQ(run("check scene.json --module no-such.so").status, 4);
+    std::ofstream(folder / "fake.so") << "no module";
+    const auto outcome = run("render scene.json -o 'out/##.png' --module fake.so");
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_THAT(outcome.error, HasSubstr("fake.so"));
+}
+
+TEST_F(Command, AFailedFrameIsNamedAndTheOthersAreWritten) {
+    scene["layers"][0] = {{"name", "Plate"}, {"image", "plate.##.png"}, {"first", 0}, {"count", 10}};
+    const std::vector<std::byte> pixels(8 * 8 * 4);
+    for (int i = 0; i < 10; ++i) {
+        const int side = i == 4 || i == 5 ? 6 : 8;  // all must have the first one's size
+        const PixelView view{pixels.data(), side, side, 8 * 4, 8};
+        writeImage(folder / ("plate.0" + std::to_string(i) + ".png"), FileFormat::Png, view, {i, "test"}, 1);
+    }
+    const auto outcome = run("render scene.json -o 'out/##.png'");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(lastLine(outcome), "frames: 8 written, 0 skipped, 2 failed (4-5)");
+    EXPECT_THAT(outcome.error, HasSubstr("frame 4: failed: "));
+    EXPECT_THAT(outcome.error, HasSubstr("plate.04.png"));
+    EXPECT_EQ(outputFiles().size(), 8u);
+
+    const auto stopped = run("render scene.json -o 'out/##.png' --existing overwrite --on-error stop");
+    EXPECT_EQ(stopped.status, 1);
+    EXPECT_EQ(lastLine(stopped), "frames: 4 written, 0 skipped, 1 failed (4), 5 not rendered");
+}
+
+TEST_F(Command, JsonProgressIsOneObjectALineOnStandardOutput) {
+    const auto outcome = run("render scene.json -o 'out/##.png' --frames 2,4 --progress json");
+    const auto lines = linesOf(outcome.out);
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(nlohmann::json::parse(lines[0])["frame"], 2);
+    EXPECT_EQ(nlohmann::json::parse(lines[1])["status"], "written");
+    EXPECT_EQ(nlohmann::json::parse(lines[2])["written"], 2);
+    EXPECT_EQ(nlohmann::json::parse(lines[3])["event"], "message");
+}
+
+TEST_F(Command, JsonProgressLeavesTheOutputToRawFrames) {
+    const auto outcome = run("render scene.json -o - --frames 2,4 --progress json");
+    EXPECT_EQ(outcome.out.size(), 2u * 64u * 36u * 4u);
+    EXPECT_THAT(outcome.error, HasSubstr("{\"event\":\"frame\",\"frame\":2"));
+}
+
+TEST_F(Command, AReaderThatGoesAwayEndsTheRun) {
+    scene["composition"]["duration"] = 400;
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    ::fcntl(ends[0], F_SETFD, FD_CLOEXEC);  // the command must not hold the end that is read from
+    const pid_t child = start("render scene.json -o -", ">&" + std::to_string(ends[1]));
+    ::close(ends[1]);
+    char byte = 0;
+    EXPECT_EQ(::read(ends[0], &byte, 1), 1);
+    ::close(ends[0]);
+    const auto outcome = wait(child);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.error, HasSubstr("standard output: "));
+    EXPECT_THAT(lastLine(outcome), HasSubstr("1 failed"));
+}
+
+TEST_F(Command, AClosedStandardOutputIsNoPlaceForFrames) {
+    const auto outcome = wait(start("render scene.json -o - --frames 0", ">&-"));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.error, HasSubstr("standard output: it is closed"));
+}
+
+TEST_F(Command, AFrameThatTakesTooLongEndsTheCommand) {
+    makeFramesEndless();
+    const auto outcome = run("render scene.json -o 'out/##.png' --frames 7-9 --frame-timeout 0.2");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.error, HasSubstr("frame 7: failed: took longer than 0.2 seconds"));
+    EXPECT_EQ(lastLine(outcome), "frames: 0 written, 0 skipped, 1 failed (7), 2 not rendered");
+    EXPECT_THAT(outputFiles(), IsEmpty());
+}
+
+TEST_F(Command, InterruptedItEndsCleanly) {
+    scene["composition"]["duration"] = 4000;
+    for (const int signal : {SIGINT, SIGTERM}) {
+        const pid_t child = start("render scene.json -o 'out/######.png' --threads 2 --existing overwrite");
+        EXPECT_TRUE(waitForFile("out/000000.png"));
+        ::kill(child, signal);
+        const auto outcome = wait(child);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(linesOf(outcome.error), ::testing::Contains("interrupted"));
+        EXPECT_THAT(lastLine(outcome), AllOf(HasSubstr("0 failed, "), EndsWith(" not rendered")));
+        for (const auto& name : outputFiles()) {
+            EXPECT_NO_THROW(verifyImage(folder / "out" / name, 64, 36)) << name;
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(folder / "out")) {
+            std::filesystem::remove(entry);
+        }
+    }
+}
+
+TEST_F(Command, InterruptedTwiceItDoesNotWaitForTheFrame) {
+    makeFramesEndless();
+    const pid_t child = start("render scene.json -o 'out/##.png' --frames 0-1");
+    std::this_thread::sleep_for(std::chrono::milliseconds(800));  // it is at work on the first frame by now, or soon
+    ::kill(child, SIGINT);
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    ::kill(child, SIGINT);
+    const auto outcome = wait(child);
+    // A signal that came before the run began ends the process as signals do.
+    EXPECT_TRUE(outcome.status == 1 || outcome.signal == SIGINT) << outcome.status;
+    EXPECT_THAT(outputFiles(), IsEmpty());
+}
+
+TEST_F(Command, KilledItLeavesNoHalfFrame) {
+    scene["composition"]["duration"] = 4000;
+    const pid_t child = start("render scene.json -o 'out/######.png' --threads 2");
+    EXPECT_TRUE(waitForFile("out/000005.png"));
+    ::kill(child, SIGKILL);
+    EXPECT_EQ(wait(child).signal, SIGKILL);
+    for (const auto& name : outputFiles()) {
+        if (name.ends_with(".png")) {
+            EXPECT_NO_THROW(verifyImage(folder / "out" / name, 64, 36)) << name;
+        }
+    }
+}
+
+TEST_F(Command, ListsTheModulesParameters) {
+    const auto outcome = run("parameters --json");
+    EXPECT_EQ(outcome.status, 0);
+    const auto list = nlohmann::json::parse(outcome.out);
+    ASSERT_EQ(list.size(), 996u);
+    EXPECT_EQ(list[0]["id"], "UseCompCamera");
+    EXPECT_EQ(list[0]["diskId"], 714);
+    EXPECT_EQ(list[7]["id"], "CountX");
+    EXPECT_EQ(list[7]["label"], "Horizontal Count");
+    EXPECT_EQ(list[7]["validMax"], 100000);
+    EXPECT_EQ(list[995]["id"], "RenderSettingsGroupEnd");
+    EXPECT_EQ(linesOf(run("parameters").out).size(), 997u);
+    EXPECT_EQ(linesOf(run("parameters --markdown").out).size(), 998u);
+}
+
+TEST_F(Command, PrintsASchemaThatIsJson) {
+    const auto outcome = run("schema");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(nlohmann::json::parse(outcome.out)["title"], "Tessavoy scene");
+}
+
+TEST_F(Command, TellsAboutItself) {
+    const auto outcome = run("about");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, AllOf(HasSubstr("Tessavoy"), HasSubstr("1.3.1"), HasSubstr("33588308, 411046915"),
+                                   HasSubstr("OpenGL Version"), HasSubstr("libpng")));
+    EXPECT_EQ(outcome.error, "");
+}
+
+}  // namespace
+}  // namespace TessavoyHost

@@ -1,0 +1,107 @@
+#include <atomic>
+#include <thread>
+
+#include "Tests/Module/ModuleFixture.h"
+
+namespace TessavoyHost {
+namespace {
+
+using ModuleThreads = ModuleFixture;
+
+using Pictures = std::vector<std::vector<std::byte>>;
+
+constexpr int frameCount = 16;
+
+FrameRequest requestOf(int frame, int bits) {
+    FrameRequest request;
+    request.frame = 6 * frame;
+    request.bitsPerChannel = bits;
+    return request;
+}
+
+// All frames, taken by the threads as they come. A frame that went wrong is empty.
+Pictures renderAll(EffectInstance& instance, int bits, int threadCount) {
+    Pictures pictures(frameCount);
+    std::atomic<int> next = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < threadCount; ++thread) {
+        threads.emplace_back([&] {
+            for (int frame = next++; frame < frameCount; frame = next++) {
+                const FrameResult result = instance.renderFrame(requestOf(frame, bits));
+                if (result.error == PF_Err_NONE && result.broken.empty())
+                    pictures[static_cast<std::size_t>(frame)] = bytesOf(result.output);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    return pictures;
+}
+
+ModuleScene texturedScene() {
+    ModuleScene scene = richScene(64, 48);
+    auto image = std::make_shared<Image>(*FakeProject::solidImage(16, 16, 0, 0, 0));
+    for (std::size_t sample = 0; sample < image->samples.size(); ++sample)
+        image->samples[sample] = static_cast<std::byte>(sample * 37 % 256);
+    scene.layer(1, std::make_shared<FakeProject::StillLayer>("Sheet", image));
+    scene.set("ShapeType", 2).set("ShapeTextureLayerIndex", 2).set("ShapeFramesAnimationSequence", 1);
+    return scene;
+}
+
+void expectSameOnAnyNumberOfThreads(EffectInstance& instance, int bits) {
+    const Pictures alone = renderAll(instance, bits, 1);
+    for (const auto& picture : alone)
+        EXPECT_FALSE(picture.empty());
+    EXPECT_NE(alone.front(), alone.back());
+    for (const int threads : {2, 8}) {
+        const Pictures together = renderAll(instance, bits, threads);
+        for (int frame = 0; frame < frameCount; ++frame)
+            EXPECT_TRUE(together[frame] == alone[frame]) << "frame " << frame << " on " << threads << " threads";
+    }
+}
+
+TEST_F(ModuleThreads, GiveTheSameBytesAsOneThread) {
+    for (const ModuleScene& scene : {richScene(64, 48), richCameraScene(64, 48), texturedScene()}) {
+        const auto instance = instanceOf(scene);
+        for (const int bits : {8, 32})
+            expectSameOnAnyNumberOfThreads(*instance, bits);
+    }
+}
+
+TEST_F(ModuleThreads, MayRenderSeveralInstancesAtOnce) {
+    const auto first = instanceOf(richScene(64, 48)), second = instanceOf(richCameraScene(48, 64));
+    const Pictures firstAlone = renderAll(*first, 8, 1), secondAlone = renderAll(*second, 8, 1);
+    Pictures firstTogether, secondTogether;
+    std::thread other([&] { secondTogether = renderAll(*second, 8, 3); });
+    firstTogether = renderAll(*first, 8, 3);
+    other.join();
+    EXPECT_TRUE(firstTogether == firstAlone);
+    EXPECT_TRUE(secondTogether == secondAlone);
+}
+
+// Each thread that renders gets a context of its own, which lasts until the set-down.
+TEST_F(ModuleThreads, MakeOneContextEach) {
+    const auto instance = instanceOf(fourSquaresScene());
+    const auto contexts = [this] {
+        const std::string text = quiet.text();
+        int count = 0;
+        for (std::size_t at = text.find("OpenGL Version:  "); at != std::string::npos;
+             at = text.find("OpenGL Version:  ", at + 1))
+            ++count;
+        return count;
+    };
+    EXPECT_EQ(contexts(), 1);  // the common one
+    instance->renderFrame({});
+    instance->renderFrame({});
+    EXPECT_EQ(contexts(), 2);
+    for (int expected = 3; expected < 6; ++expected) {
+        std::thread([&] {
+            expectGood(instance->renderFrame({}));
+            expectGood(instance->renderFrame({}));
+        }).join();
+        EXPECT_EQ(contexts(), expected);
+    }
+}
+
+}  // namespace
+}  // namespace TessavoyHost

@@ -1,0 +1,169 @@
+#include "Tests/Pictures/PictureLayers.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <numbers>
+#include <stdexcept>
+
+#include "Tests/Support/FakeProject.h"
+
+namespace Tessavoy {
+
+namespace {
+
+constexpr int BlockSize = 12;
+constexpr double FramesPerSecond = 25.0;
+
+using TessavoyHost::Image;
+
+std::shared_ptr<const Image> imageOf(int width, int height, const std::vector<Texel>& texels) {
+    if (texels.size() != static_cast<std::size_t>(width * height)) {
+        throw std::invalid_argument("an image has a colour for each of its pixels");
+    }
+    auto image = std::make_shared<Image>();
+    image->width = width;
+    image->height = height;
+    for (const Texel& texel : texels) {
+        std::transform(texel.begin(), texel.end(), std::back_inserter(image->samples),
+                       [](std::uint8_t value) { return static_cast<std::byte>(value); });
+    }
+    return image;
+}
+
+/// Shows one picture after the other.
+class TimelineLayer : public TessavoyHost::FrameSource {
+public:
+    explicit TimelineLayer(const PictureFrames& frames) {
+        for (const std::vector<Texel>& texels : frames.images) {
+            mImages.push_back(imageOf(frames.width, frames.height, texels));
+        }
+    }
+
+    std::string name() const override { return "Frames"; }
+    int width() const override { return mImages.front()->width; }
+    int height() const override { return mImages.front()->height; }
+    double start() const override { return 0.0; }
+    /// Half a frame more than it has, so that rounding never takes the last one.
+    double duration() const override { return (static_cast<double>(mImages.size()) + 0.5) / FramesPerSecond; }
+
+    std::shared_ptr<const Image> frameAt(double time) override {
+        const double frame = std::floor(time * FramesPerSecond + 1e-6);
+        if (frame < 0.0 || frame > static_cast<double>(mImages.size())) {
+            return nullptr;
+        }
+        return mImages[std::min(static_cast<std::size_t>(frame), mImages.size() - 1)];
+    }
+
+private:
+    std::vector<std::shared_ptr<const Image>> mImages;
+};
+
+template <class Number>
+void append(std::vector<std::byte>& bytes, Number number) {
+    const auto raw = std::bit_cast<std::array<std::byte, sizeof number>>(number);
+    bytes.insert(bytes.end(), raw.begin(), raw.end());
+}
+
+ReferenceColour gradientAt(const std::vector<GradientStop>& stops, double place) {
+    const auto after =
+        std::find_if(stops.begin(), stops.end(), [&](const auto& stop) { return stop.position > place; });
+    if (after == stops.begin() || after == stops.end()) {
+        return after == stops.begin() ? stops.front().colour : stops.back().colour;
+    }
+    const GradientStop& before = *(after - 1);
+    double part = (place - before.position) / (after->position - before.position);
+    if (before.kind == StopKind::Edge) {
+        return before.colour;
+    }
+    if (before.kind == StopKind::Soft) {
+        const double half = std::sin(part * std::numbers::pi / 2.0);
+        part = 0.7 * half * half + 0.3 * part;
+    }
+    ReferenceColour result;
+    for (std::size_t n = 0; n < 4; ++n) {
+        result[n] = before.colour[n] + (after->colour[n] - before.colour[n]) * part;
+    }
+    return result;
+}
+
+}  // namespace
+
+std::shared_ptr<TessavoyHost::FrameSource> cellLayer(const std::string& name, int columns, int rows,
+                                                     const std::vector<Texel>& colours) {
+    std::vector<Texel> texels;
+    for (int y = 0; y < rows * BlockSize; ++y) {
+        for (int x = 0; x < columns * BlockSize; ++x) {
+            texels.push_back(colours.at(static_cast<std::size_t>(y / BlockSize * columns + x / BlockSize)));
+        }
+    }
+    return std::make_shared<FakeProject::StillLayer>(name, imageOf(columns * BlockSize, rows * BlockSize, texels));
+}
+
+std::shared_ptr<TessavoyHost::FrameSource> framesLayer(const PictureFrames& frames) {
+    if (frames.splitting == PictureFrames::Splitting::Timeline) {
+        return std::make_shared<TimelineLayer>(frames);
+    }
+    return std::make_shared<FakeProject::StillLayer>("Frames",
+                                                     imageOf(frames.width, frames.height, frames.images.front()));
+}
+
+ReferenceSheet sheetOf(const PictureFrames& frames, int gridColumns, int gridRows) {
+    const bool pieces = frames.splitting == PictureFrames::Splitting::Pieces;
+    const int images = static_cast<int>(frames.images.size());
+    ReferenceSheet sheet;
+    sheet.columns = pieces ? gridColumns : frames.columns;
+    sheet.rows = pieces ? gridRows : frames.rows;
+    if (frames.splitting == PictureFrames::Splitting::Timeline) {
+        sheet.columns = images;
+        sheet.rows = 1;
+    }
+    sheet.limit = frames.limit;
+    sheet.texture = {frames.width * images, frames.height, 1, {}};
+    for (int y = 0; y < frames.height; ++y) {
+        for (const std::vector<Texel>& image : frames.images) {
+            for (int x = 0; x < frames.width; ++x) {
+                const Texel& texel = image[static_cast<std::size_t>(y * frames.width + x)];
+                sheet.texture.texels.push_back(colour(texel[0], texel[1], texel[2], texel[3] / 255.0));
+            }
+        }
+    }
+    return sheet;
+}
+
+ReferenceTexture boxed(const ReferenceTexture& texture, int across, int down) {
+    if (texture.width % across != 0 || texture.height % down != 0) {
+        throw std::invalid_argument("boxes fill the texture");
+    }
+    ReferenceTexture result{texture.width / across, texture.height / down, 1, {}};
+    result.texels.resize(static_cast<std::size_t>(result.width * result.height));
+    for (int y = 0; y < texture.height; ++y) {
+        for (int x = 0; x < texture.width; ++x) {
+            const ReferenceColour& from = texture.texels[static_cast<std::size_t>(y * texture.width + x)];
+            ReferenceColour& to = result.texels[static_cast<std::size_t>(y / down * result.width + x / across)];
+            for (std::size_t n = 0; n < 4; ++n) {
+                to[n] += from[n] / (across * down);
+            }
+        }
+    }
+    return result;
+}
+
+std::vector<std::byte> flatGradient(const std::vector<GradientStop>& stops) {
+    std::vector<std::byte> bytes;
+    append(bytes, static_cast<std::int32_t>(stops.size()));
+    for (const GradientStop& stop : stops) {
+        append(bytes, static_cast<float>(stop.position));
+        append(bytes, static_cast<std::int32_t>(stop.kind));
+        for (const double channel : stop.colour) {
+            append(bytes, static_cast<float>(channel));
+        }
+    }
+    return bytes;
+}
+
+std::vector<ReferenceColour> gradientColours(const std::vector<GradientStop>& stops) {
+    return gradientTexels([&](double place) { return gradientAt(stops, place); });
+}
+
+}  // namespace Tessavoy
