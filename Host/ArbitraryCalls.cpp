@@ -26,6 +26,8 @@ void ArbitraryCalls::run(PF_ArbParamsExtra& extra, PF_ArbitraryH* made) const {
     CommandContext* outer = CommandContext::current();
     for (const std::string& text : result.broken)
         outer != nullptr ? outer->breaks(text) : mHost.noteBroken(text);
+    if (outer != nullptr && !result.failure.empty())
+        outer->fails(result.failure);
     require(error == PF_Err_NONE, error);
 }
 

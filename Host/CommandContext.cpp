@@ -110,7 +110,7 @@ void CommandContext::describeMoment() {
     in.time_step = time.step;
     in.local_time_step = time.step;
     in.current_time = time.layerTimeOf(setting.frame);
-    in.total_time = owner.project().composition.frameCount() * time.step;
+    in.total_time = clockUnits(owner.effectLayer().duration(), time.scale);
     in.width = owner.effectLayer().width();
     in.height = owner.effectLayer().height();
     in.extent_hint = {0, 0, downsampled(in.width, setting.downsampleX), downsampled(in.height, setting.downsampleY)};
@@ -151,7 +151,8 @@ CommandResult CommandContext::finish() {
                           std::find(std::begin(out.return_msg), std::end(out.return_msg), '\0'));
     result.displayError = (out.out_flags & PF_OutFlag_DISPLAY_ERROR_MESSAGE) != 0;
     if (result.message.empty())
-        result.message = mFailure;
+        result.message = mReport.empty() ? mFailure : mReport;
+    result.failure = mFailure;
     result.projectDirty = projectDirty;
     result.out = out;
     result.broken = mBroken;
@@ -167,6 +168,12 @@ void CommandContext::fails(const std::string& text) {
     const std::lock_guard lock(mMutex);
     if (mFailure.empty())
         mFailure = text;
+}
+
+void CommandContext::reports(const std::string& text) {
+    const std::lock_guard lock(mMutex);
+    if (mReport.empty())
+        mReport = text;
 }
 
 EffectInstance& CommandContext::instance() const {

@@ -74,8 +74,10 @@ public:
 
     // Notes a broken promise.
     void breaks(const std::string& text);
-    // Notes a failure of the host's own, for the user.
+    // Notes a failure of the host's own: what the command makes is not to be trusted, whatever the module answers.
     void fails(const std::string& text);
+    // Notes what the module reports to the user through the host.
+    void reports(const std::string& text);
 
     // Throws HostCallFailure outside of a command on an instance.
     EffectInstance& instance() const;
@@ -119,6 +121,7 @@ private:
     std::atomic<A_long> mTickets = 0;
     std::mutex mMutex;
     std::string mFailure;
+    std::string mReport;
     std::vector<std::string> mBroken;
     PF_Err mError = PF_Err_NONE;
 };

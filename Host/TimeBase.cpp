@@ -1,13 +1,26 @@
 #include "Host/TimeBase.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <string>
+
+#include "Host/HostError.h"
 
 namespace TessavoyHost {
 namespace {
 
 constexpr double largestScale = 1e6;
 constexpr double exactEnough = 1e-9;
+
+bool fits(double units) {
+    return std::abs(units) <= INT32_MAX;
+}
+
+[[noreturn]] void refuse(double seconds, A_u_long scale) {
+    throw HostError(ExitStatus::Scene, std::to_string(seconds) + " seconds are more than the host's clock holds at " +
+                                           std::to_string(scale) + " units a second");
+}
 
 // Continued fraction of a number that is not negative, cut off before the denominator passes the largest scale.
 A_Time nearestFraction(double number) {
@@ -36,15 +49,25 @@ A_Time nearestFraction(double number) {
 TimeBase::TimeBase(const Composition& composition, double layerStart)
     : scale(static_cast<A_u_long>(composition.frameRate.num)),
       step(static_cast<A_long>(composition.frameRate.den)),
-      start(static_cast<A_long>(std::lround(layerStart * scale))) {}
+      start(clockUnits(layerStart, scale)) {}
 
 double TimeBase::compositionSeconds(A_long layerTime, A_u_long timeScale) const {
     return static_cast<double>(layerTime) / timeScale + static_cast<double>(start) / scale;
 }
 
+A_long clockUnits(double seconds, A_u_long scale) {
+    const double units = std::round(seconds * scale);
+    if (!fits(units))
+        refuse(seconds, scale);
+    return static_cast<A_long>(units);
+}
+
 A_Time toTime(double seconds, A_u_long scale) {
+    if (!fits(seconds))
+        refuse(seconds, 1);
     const double units = seconds * scale;
-    if (std::abs(units - std::round(units)) <= exactEnough * std::max(1.0, std::abs(units)))
+    const bool isExact = std::abs(units - std::round(units)) <= exactEnough * std::max(1.0, std::abs(units));
+    if (isExact && fits(std::round(units)))
         return {static_cast<A_long>(std::lround(units)), scale};
     A_Time time = nearestFraction(std::abs(seconds));
     if (seconds < 0)

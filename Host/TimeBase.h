@@ -13,6 +13,7 @@ struct TimeBase {
     A_long start = 0;  // of the effect layer
 
     TimeBase() = default;
+    // Throws HostError when 32 bits don't hold the start.
     TimeBase(const Composition& composition, double layerStart);
 
     // A frame of the composition in layer time.
@@ -21,7 +22,11 @@ struct TimeBase {
     double compositionSeconds(A_long layerTime, A_u_long timeScale) const;
 };
 
-// Seconds as a fraction: over the scale where that is exact, otherwise the nearest fraction with a small denominator.
+// Seconds in units of 1 / scale, rounded half away from zero. Throws HostError when 32 bits don't hold them.
+A_long clockUnits(double seconds, A_u_long scale);
+
+// Seconds as a fraction: over the scale where that is exact and fits 32 bits, otherwise the nearest fraction with a
+// small denominator. Throws HostError when not even whole seconds fit.
 A_Time toTime(double seconds, A_u_long scale);
 
 double seconds(const A_Time& time);

@@ -147,9 +147,22 @@ private:
     ExitStatus refuse(const CLI::ParseError& error) const {
         const auto chosen = mApp.get_subcommands();
         const CLI::App& command = chosen.empty() ? mApp : *chosen.back();
-        writeStandardError("tessavoy: " + std::string(error.what()) + suggestion(command) + "\nRun 'tessavoy " +
+        writeStandardError("tessavoy: " + wordsFor(error, chosen.empty()) + suggestion(command) + "\nRun 'tessavoy " +
                            (chosen.empty() ? "" : command.get_name() + ' ') + "--help' for what can be said.\n");
         return ExitStatus::CommandLine;
+    }
+
+    // Arguments that were not understood are named in the order in which they stand.
+    std::string wordsFor(const CLI::ParseError& error, bool lacksSubcommand) const {
+        const auto rest = mApp.remaining(true);
+        const bool isExtra = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
+        if (rest.empty() || (!isExtra && !lacksSubcommand)) {
+            return error.what();
+        }
+        if (lacksSubcommand && !rest.front().starts_with('-')) {
+            return "there is no subcommand \"" + rest.front() + '"';
+        }
+        return "not expected: " + CLI::detail::join(rest, " ");
     }
 
     // For the first argument that was not understood.

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <array>
+#include <charconv>
 #include <csignal>
 #include <exception>
 #include <string_view>
@@ -11,12 +13,50 @@
 namespace TessavoyHost {
 namespace {
 
-volatile std::sig_atomic_t decidedStatus = 0;
+enum Stage : int { SettingUp, Frames, TakingDown };
 
-extern "C" void endWithDecidedStatus(int) {
-    constexpr std::string_view text = "tessavoy: the module crashed while it was taken down; the result stands\n";
+// What a crash means now. A handler reads both, so nothing here may need more than a plain load.
+volatile std::sig_atomic_t stage = SettingUp;
+volatile std::sig_atomic_t statusOfCrash = static_cast<int>(ExitStatus::Module);
+thread_local volatile int frameInWork = -1;  // of this thread
+
+void writeInHandler(std::string_view text) {
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, text.data(), text.size());
-    ::_exit(decidedStatus);
+}
+
+// Only what a handler may do.
+void writeFrameCrashed(int frame) {
+    if (frame < 0) {
+        writeInHandler("tessavoy: a frame crashed\n");
+        return;
+    }
+    std::array<char, 16> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), frame).ptr;
+    writeInHandler("tessavoy: frame ");
+    writeInHandler({digits.data(), static_cast<std::size_t>(end - digits.data())});
+    writeInHandler(" crashed\n");
+}
+
+extern "C" void endAfterCrash(int) {
+    switch (stage) {
+        case SettingUp:
+            writeInHandler("tessavoy: the module crashed while being set up\n");
+            break;
+        case Frames:
+            writeFrameCrashed(frameInWork);
+            break;
+        default:
+            writeInHandler("tessavoy: the module crashed while it was taken down; the result stands\n");
+    }
+    ::_exit(statusOfCrash);
+}
+
+void enter(Stage next, ExitStatus status) {
+    statusOfCrash = static_cast<int>(status);
+    stage = next;
+    for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT}) {
+        std::signal(signal, endAfterCrash);
+    }
 }
 
 void tell(const std::exception& error) {
@@ -25,12 +65,25 @@ void tell(const std::exception& error) {
 
 }  // namespace
 
+void guardSetUp() {
+    enter(SettingUp, ExitStatus::Module);
+}
+
+void guardFrames() {
+    enter(Frames, ExitStatus::FrameFailed);
+}
+
+FrameCrashGuard::FrameCrashGuard(int frame) {
+    frameInWork = frame;
+}
+
+FrameCrashGuard::~FrameCrashGuard() {
+    frameInWork = -1;
+}
+
 ExitStatus decideStatus(const std::function<ExitStatus()>& action) {
     const ExitStatus status = statusOf(action);
-    decidedStatus = static_cast<int>(status);
-    for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT}) {
-        std::signal(signal, endWithDecidedStatus);
-    }
+    enter(TakingDown, status);
     return status;
 }
 

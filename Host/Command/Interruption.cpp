@@ -47,6 +47,10 @@ InterruptionWatch::~InterruptionWatch() {
     }
 }
 
+void letWritesPastSizeLimitFail() {
+    install(SIGXFSZ, SIG_IGN);
+}
+
 int interruptions() {
     return signalCount.load(std::memory_order_relaxed);
 }

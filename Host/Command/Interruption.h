@@ -12,6 +12,9 @@ public:
     InterruptionWatch& operator=(const InterruptionWatch&) = delete;
 };
 
+// From then on a write past the limit of a file's size is an error instead of a signal.
+void letWritesPastSizeLimitFail();
+
 // Signals so far.
 int interruptions();
 

@@ -124,4 +124,51 @@ void StrayOutput::restore() {
     mBefore = -1;
 }
 
+StrayLines::StrayLines(std::function<void(const std::string&)> take) : mTake(std::move(take)) {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) == -1) {
+        throw HostError(ExitStatus::FrameFailed, std::string("pipe: ") + std::strerror(errno));
+    }
+    flushStandardOutput();
+    ::dup2(ends[1], STDOUT_FILENO);
+    ::close(ends[1]);
+    mRead = ends[0];
+    mThread = std::thread([this] { read(); });
+}
+
+StrayLines::~StrayLines() {
+    end();
+}
+
+// The reader comes to its end as descriptor 1 is the only way into the pipe.
+void StrayLines::end() {
+    if (!mThread.joinable()) {
+        return;
+    }
+    flushStandardOutput();
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    ::dup2(nowhere, STDOUT_FILENO);
+    ::close(nowhere);
+    mThread.join();
+    ::close(mRead);
+}
+
+void StrayLines::read() {
+    std::string line;
+    std::array<char, 4096> block{};
+    for (ssize_t got = 0; (got = ::read(mRead, block.data(), block.size())) > 0;) {
+        for (const char letter : std::string_view(block.data(), static_cast<std::size_t>(got))) {
+            if (letter != '\n') {
+                line += letter;
+            } else {
+                mTake(line);
+                line.clear();
+            }
+        }
+    }
+    if (!line.empty()) {
+        mTake(line);
+    }
+}
+
 }  // namespace TessavoyHost

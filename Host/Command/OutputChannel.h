@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace TessavoyHost {
 
@@ -41,6 +43,27 @@ private:
 
     int mBefore;  // where descriptor 1 pointed; -1 once restored
     int mCaught;  // a nameless file; -1 once taken
+};
+
+// Hands each line that is printed to descriptor 1 to a function, on a thread of its own. Descriptor 1 stays away from
+// where it pointed: what is printed after the end is dropped.
+class StrayLines {
+public:
+    // The function may not print to descriptor 1. Throws HostError(FrameFailed) where the system has no pipe.
+    explicit StrayLines(std::function<void(const std::string&)> take);
+    ~StrayLines();
+    StrayLines(const StrayLines&) = delete;
+    StrayLines& operator=(const StrayLines&) = delete;
+
+    // Returns when all that was printed so far has been handed over. Later calls do nothing.
+    void end();
+
+private:
+    void read();
+
+    std::function<void(const std::string&)> mTake;
+    int mRead = -1;
+    std::thread mThread;
 };
 
 }  // namespace TessavoyHost

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "Host/HostError.h"
+#include "Host/ImageFiles/AtomicFile.h"
 #include "Host/Scene/Files.h"
 
 namespace TessavoyHost {
@@ -39,6 +40,7 @@ void checkFolder(const OutputPattern& output) {
     }
     ::close(descriptor);
     ::unlink(probe.c_str());
+    removeAbandonedFiles(output.folder());
 }
 
 void checkExistingFiles(const OutputPattern& output, const std::vector<int>& frames, ExistingFiles existing) {

@@ -11,7 +11,7 @@ namespace TessavoyHost {
 
 // Several frames need a place for their number.
 void checkNumbering(const OutputPattern& output, const std::vector<int>& frames);
-// Files can be made in the folder.
+// Files can be made in the folder. Passing files that processes left there which run no more are removed.
 void checkFolder(const OutputPattern& output);
 // No file is in the way: none at all where existing files are a failure, and nothing but files where they aren't.
 void checkExistingFiles(const OutputPattern& output, const std::vector<int>& frames, ExistingFiles existing);

@@ -33,11 +33,36 @@ FileFormat formatOf(const std::string& text) {
     return found->second;
 }
 
-std::optional<NumberedName> numberedName(const std::string& text) {
-    const auto places = findNumberPlaces(text);
-    if (places.empty()) {
-        return std::nullopt;
+// "%5d" fills with spaces in C; nobody wants those in a file's name.
+void refuseOtherPercents(const std::string& text, std::string_view name) {
+    constexpr std::string_view digits = "0123456789";
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        if (name[i] != '%') {
+            continue;
+        }
+        if (name.substr(i).starts_with("%%")) {
+            ++i;
+            continue;
+        }
+        const std::size_t end = std::min(name.find_first_not_of(digits, i + 1), name.size());
+        const std::string_view place = name.substr(i, end + 1 - i);
+        if (place.size() > 2 && place.back() == 'd' && findNumberPlaces(place).empty()) {
+            refuse('"' + text + "\": " + std::string(place) + " is no place for a number; write such as %04d");
+        }
     }
+}
+
+std::string withoutEscapes(std::string_view name) {
+    std::string result;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        result += name[i];
+        i += name.substr(i).starts_with("%%") ? 1 : 0;
+    }
+    return result;
+}
+
+std::optional<NumberPlace> onlyPlace(const std::string& text, std::string_view name) {
+    const auto places = findNumberPlaces(name);
     const auto isLone = [](const NumberPlace& place) { return place.isLoneHash; };
     if (std::any_of(places.begin(), places.end(), isLone)) {
         refuse('"' + text + "\": a lone # means a number to some tools and not to others; write ## or %d");
@@ -45,10 +70,7 @@ std::optional<NumberedName> numberedName(const std::string& text) {
     if (places.size() > 1) {
         refuse('"' + text + "\" has more than one place for the frame's number");
     }
-    if (text.find('/', places[0].start) != std::string::npos) {
-        refuse('"' + text + "\": the frame's number must stand in the file's name, not in the folder's");
-    }
-    return NumberedName(text, places[0]);
+    return places.empty() ? std::nullopt : std::optional(places.front());
 }
 
 }  // namespace
@@ -56,8 +78,26 @@ std::optional<NumberedName> numberedName(const std::string& text) {
 OutputPattern::OutputPattern(const std::string& text) : mText(text) {
     if (!isStandardOutput()) {
         mFormat = formatOf(text);
-        mNumbered = numberedName(text);
+        takeName(text);
     }
+}
+
+// Folders are there already under the names that they have; only the file's name is a pattern.
+void OutputPattern::takeName(const std::string& text) {
+    const std::size_t start = text.rfind('/') + 1;  // 0 without a folder
+    const std::string folder = text.substr(0, start);
+    const std::string name = text.substr(start);
+    refuseOtherPercents(text, name);
+    auto place = onlyPlace(text, name);
+    if (!place) {
+        mFile = folder + withoutEscapes(name);
+        return;
+    }
+    const std::string before = folder + withoutEscapes(name.substr(0, place->start));
+    const std::string after = withoutEscapes(name.substr(place->start + place->length));
+    const std::string placeText = name.substr(place->start, place->length);
+    place->start = before.size();
+    mNumbered = NumberedName(before + placeText + after, *place);
 }
 
 std::filesystem::path OutputPattern::folder() const {
@@ -66,7 +106,7 @@ std::filesystem::path OutputPattern::folder() const {
 }
 
 std::filesystem::path OutputPattern::file(int frame) const {
-    return mNumbered ? mNumbered->with(frame) : mText;
+    return mNumbered ? mNumbered->with(frame) : mFile;
 }
 
 }  // namespace TessavoyHost

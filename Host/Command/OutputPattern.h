@@ -9,11 +9,12 @@
 
 namespace TessavoyHost {
 
-// Where frames go: a file name with a place for the frame's number, one file, or "-", the standard output.
+// Where frames go: a file name with a place for the frame's number, one file, or "-", the standard output. In the name
+// "%%" stands for "%"; folders are taken as they are written.
 class OutputPattern {
 public:
     // Throws HostError(CommandLine) for a name without a known suffix (.png, .tif, .tiff, .exr), with a lone "#", with
-    // several places for a number, or with such a place in the folder.
+    // several places for a number, or with one of another form such as "%5d".
     explicit OutputPattern(const std::string& text);
 
     bool isStandardOutput() const { return mText == "-"; }
@@ -27,7 +28,10 @@ public:
     int usualDepth() const { return !isStandardOutput() && mFormat == FileFormat::Exr ? 32 : 8; }
 
 private:
+    void takeName(const std::string& text);
+
     std::string mText;
+    std::string mFile;  // where there is no place for a number
     FileFormat mFormat = FileFormat::Png;
     std::optional<NumberedName> mNumbered;  // of the whole path
 };

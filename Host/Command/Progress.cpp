@@ -1,5 +1,6 @@
 #include "Host/Command/Progress.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -19,7 +20,11 @@ public:
     explicit NoProgress(const ProgressOutput& output) : mOutput(output) {}
     void frame(const FrameReport&, const RunTally&) override {}
     void message(const std::string& line, int) override { mOutput.error(line + '\n'); }
-    void end(const RunTally&) override {}
+    void end(const RunTally&, const std::vector<std::string>& lastLines) override {
+        for (const auto& line : lastLines) {
+            message(line, -1);
+        }
+    }
 
 protected:
     const ProgressOutput& output() const { return mOutput; }
@@ -55,11 +60,12 @@ public:
     void message(const std::string& line, int) override {
         output().error((mBar.empty() ? "" : lineStart) + line + '\n' + mBar);
     }
-    void end(const RunTally&) override {
+    void end(const RunTally& tally, const std::vector<std::string>& lastLines) override {
         if (!mBar.empty()) {
             output().error("\n");
             mBar.clear();
         }
+        NoProgress::end(tally, lastLines);
     }
 
 private:
@@ -67,7 +73,8 @@ private:
     static inline const std::string lineStart = "\r\x1b[K";  // back to the first column, and clear the line
 
     static std::string bar(const RunTally& tally) {
-        const auto filled = static_cast<std::size_t>(cells * static_cast<long>(tally.done()) / tally.total());
+        const long share = cells * static_cast<long>(tally.done()) / tally.total();
+        const auto filled = static_cast<std::size_t>(std::clamp(share, 0L, long{cells}));
         return '[' + std::string(filled, '=') + std::string(cells - filled, ' ') + "] " + std::to_string(tally.done()) +
                '/' + std::to_string(tally.total());
     }
@@ -125,7 +132,8 @@ public:
         put(object);
     }
 
-    void end(const RunTally& tally) override {
+    void end(const RunTally& tally, const std::vector<std::string>& lastLines) override {
+        NoProgress::end(tally, lastLines);
         put({{"event", "end"},
              {"written", tally.written()},
              {"skipped", tally.skipped()},

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Host/Command/RenderOptions.h"
 #include "Host/Command/RunTally.h"
@@ -13,7 +14,7 @@ using TextSink = std::function<void(const std::string&)>;
 
 // Where progress is shown, and by which clock it reckons.
 struct ProgressOutput {
-    TextSink error;  // standard error
+    TextSink error;  // standard error; drops what it is given where objects go there, which are to be parsed
     TextSink json;   // where objects go, one a line
     bool errorIsTerminal = false;
     std::function<double()> seconds;  // that have gone by since some moment
@@ -27,8 +28,8 @@ public:
     virtual void frame(const FrameReport& report, const RunTally& tally) = 0;
     // A line for standard error, in whole and not through the bar. frame: which it is about, or -1.
     virtual void message(const std::string& line, int frame) = 0;
-    // The run is over.
-    virtual void end(const RunTally& tally) = 0;
+    // The run is over. The last lines are shown as messages; none comes after them.
+    virtual void end(const RunTally& tally, const std::vector<std::string>& lastLines) = 0;
 };
 
 // Auto is a bar on a terminal and lines elsewhere.

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <memory>
 #include <numeric>
+#include <optional>
 
 #include "Host/Command/EffectFrames.h"
 #include "Host/Command/ExitGuard.h"
@@ -21,9 +22,16 @@
 namespace TessavoyHost {
 namespace {
 
+// Held as a list, with what was said of each; more is surely a mistake in the duration.
+constexpr double mostFrames = 1e7;
+
 std::vector<int> framesToRender(const RenderOptions& options, const Composition& composition) {
     if (options.frames) {
         return parseFrameList(*options.frames, composition.frameCount());
+    }
+    if (composition.duration * composition.frameRate.value() > mostFrames) {
+        throw HostError(ExitStatus::CommandLine,
+                        "the composition has more than 10000000 frames, too many for one run; choose with --frames");
     }
     std::vector<int> frames(static_cast<std::size_t>(composition.frameCount()));
     std::iota(frames.begin(), frames.end(), 0);
@@ -51,6 +59,11 @@ void checkOutput(const RenderOptions& options, const std::vector<int>& frames, c
     }
 }
 
+// Objects on standard error are to be parsed, so nothing else may stand between them.
+bool errorIsForObjects(const RenderOptions& options) {
+    return options.progress == ProgressMode::Json && options.output->isStandardOutput();
+}
+
 // A reader of the progress that has gone away does not end the run.
 TextSink jsonSink(const RenderOptions& options, OutputChannel& output) {
     if (options.output->isStandardOutput()) {
@@ -66,7 +79,7 @@ TextSink jsonSink(const RenderOptions& options, OutputChannel& output) {
 
 std::unique_ptr<Progress> progressFor(const RenderOptions& options, OutputChannel& output) {
     ProgressOutput progress;
-    progress.error = writeStandardError;
+    progress.error = errorIsForObjects(options) ? TextSink([](const std::string&) {}) : writeStandardError;
     progress.json = jsonSink(options, output);
     progress.errorIsTerminal = ::isatty(STDERR_FILENO) == 1;
     progress.seconds = [] {
@@ -91,15 +104,27 @@ RunSettings settingsFor(const RenderOptions& options, const std::vector<int>& fr
 }
 
 ExitStatus renderFrames(const RenderOptions& options, const std::vector<int>& frames, ImageSize size,
-                        EffectInstance& instance, OutputChannel& output) {
+                        LoadedModule& module, const Project& project, std::unique_ptr<EffectInstance>& instance,
+                        OutputChannel& output) {
     const auto progress = progressFor(options, output);
     RunReporter reporter(static_cast<int>(frames.size()), *progress);
-    for (const auto& broken : instance.host().broken()) {
+    std::optional<StrayLines> strayLines;
+    if (errorIsForObjects(options)) {
+        strayLines.emplace([&reporter](const std::string& line) { reporter.note(line); });
+    }
+    instance = module.host().createInstance(project);
+    for (const auto& broken : instance->host().broken()) {
         reporter.note("the module: " + broken);
     }
-    EffectFrames work(instance, options, options.depth.value_or(options.output->usualDepth()), size, output);
+    EffectFrames work(*instance, options, options.depth.value_or(options.output->usualDepth()), size, output);
     const InterruptionWatch watch;
-    return RenderRun(settingsFor(options, frames), work, reporter, {interruptions, endProcess}).run();
+    const auto settle = [&strayLines] {
+        if (strayLines) {
+            strayLines->end();
+        }
+    };
+    guardFrames();
+    return RenderRun(settingsFor(options, frames), work, reporter, {interruptions, endProcess, settle}).run();
 }
 
 }  // namespace
@@ -115,8 +140,7 @@ ExitStatus renderScene(const RenderOptions& options, OutputChannel& output) {
         const ImageSize size = pictureSize(options, layer);
         checkOutput(options, frames, output);
         // Nothing is known to stand in the way now.
-        instance = module.host().createInstance(project);
-        return renderFrames(options, frames, size, *instance, output);
+        return renderFrames(options, frames, size, module, project, instance, output);
     });
 }
 

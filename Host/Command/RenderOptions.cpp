@@ -159,6 +159,9 @@ void takeFrameTimeout(RenderOptions& options, const std::string& value) {
 }
 
 void takeModule(RenderOptions& options, const std::string& value) {
+    if (value.empty()) {
+        refuse("--module", value, "a file");
+    }
     options.module = value;
 }
 
@@ -197,7 +200,8 @@ const std::vector<RenderOption>& renderOptions() {
         {"--existing", "overwrite|skip|fail",
          "what happens to files that are there; skip keeps those that read whole at the right size", "fail", false,
          takeExisting},
-        {"--on-error", "continue|stop", "after a frame that failed", "continue", false, takeOnError},
+        {"--on-error", "continue|stop", "after a frame that failed; raw frames always stop there", "continue", false,
+         takeOnError},
         {"--png-level", "0..9", "how hard PNG files are deflated", "1", false, takePngLevel},
         {"--frame-timeout", "SECONDS", "end the command when a frame takes longer", "none", false, takeFrameTimeout},
         {"--module", "PATH", "the effect module to load", "the one beside the command", false, takeModule},

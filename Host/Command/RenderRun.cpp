@@ -4,6 +4,7 @@
 #include <exception>
 #include <system_error>
 
+#include "Host/Command/ExitGuard.h"
 #include "Host/Scene/JsonNode.h"
 
 namespace TessavoyHost {
@@ -40,6 +41,7 @@ ExitStatus RenderRun::run() {
     for (auto& thread : mThreads) {
         thread.join();
     }
+    mEnvironment.settle();
     mReporter.finish();
     return mReporter.status();
 }
@@ -78,21 +80,41 @@ void RenderRun::handle(std::size_t position) {
         mWriter.submit(position, [this] { mSchedule.giveBack(); });
         return;
     }
-    RenderedFrame rendered = renderGuarded(frame);
+    auto rendered = renderGuarded(frame);
     const double seconds = secondsSince(start);
-    tell(frame, rendered);
-    if (!rendered.failure.empty()) {
-        rendered.write = nullptr;
+    if (!rendered) {
+        submit(position, seconds, nullptr);
+        return;
+    }
+    tell(frame, *rendered);
+    if (!rendered->failure.empty()) {
+        rendered->write = nullptr;
         if (!mCancel) {
-            fail(frame, seconds, rendered.failure);
+            fail(frame, seconds, rendered->failure);
         }
     }
-    mWriter.submit(position, [this, frame, seconds, work = std::move(rendered.write)] {
+    submit(position, seconds, std::move(rendered->write));
+}
+
+// An empty work: there is no such frame.
+void RenderRun::submit(std::size_t position, double seconds, std::function<void()> work) {
+    mWriter.submit(position, [this, frame = mSettings.frames[position], seconds, work = std::move(work)] {
         if (work) {
             write(frame, seconds, work);
+        } else if (mSettings.order == FrameWriter::Order::ByPosition) {
+            breakStream(frame);
         }
         mSchedule.giveBack();
     });
+}
+
+// Who reads the stream counts frames; those behind a missing one would be taken for others.
+void RenderRun::breakStream(int frame) {
+    if (!mStreamBroken) {
+        mStreamBroken = true;
+        mSchedule.stop();
+        mReporter.note("the stream ends before frame " + std::to_string(frame) + ", as raw frames carry no numbers");
+    }
 }
 
 // Reports what was said; where that counts as a failure, the first message becomes the reason instead.
@@ -109,11 +131,13 @@ void RenderRun::tell(int frame, RenderedFrame& rendered) {
     }
 }
 
-RenderedFrame RenderRun::renderGuarded(int frame) {
+// Nothing where the frame was given up meanwhile.
+std::optional<RenderedFrame> RenderRun::renderGuarded(int frame) {
     {
         const std::lock_guard lock(mMutex);
         mInWork[std::this_thread::get_id()] = {frame, Clock::now()};
     }
+    const FrameCrashGuard guard(frame);
     RenderedFrame rendered;
     try {
         rendered = mWork.render(frame, mCancel);
@@ -124,6 +148,9 @@ RenderedFrame RenderRun::renderGuarded(int frame) {
     }
     const std::lock_guard lock(mMutex);
     mInWork.erase(std::this_thread::get_id());
+    if (mLate.contains(frame)) {
+        return std::nullopt;
+    }
     return rendered;
 }
 
@@ -145,7 +172,7 @@ void RenderRun::write(int frame, double seconds, const std::function<void()>& wo
 
 void RenderRun::fail(int frame, double seconds, const std::string& reason) {
     mReporter.frameEnded({frame, FrameStatus::Failed, {}, reason, seconds});
-    if (mSettings.onError == AfterFailure::Stop) {
+    if (mSettings.onError == AfterFailure::Stop || mSettings.order == FrameWriter::Order::ByPosition) {
         mSchedule.stop();
     }
 }
@@ -166,19 +193,24 @@ void RenderRun::watch() {
     }
 }
 
+// A frame is given up or comes to its end, whichever is first under the lock.
+std::vector<int> RenderRun::takeLateFrames() {
+    const std::lock_guard lock(mMutex);
+    std::vector<int> late;
+    for (const auto& [thread, work] : mInWork) {
+        if (secondsSince(work.since) > *mSettings.frameTimeout) {
+            late.push_back(work.frame);
+        }
+    }
+    mLate.insert(late.begin(), late.end());
+    return late;
+}
+
 void RenderRun::watchFrameTimes() {
     if (!mSettings.frameTimeout || mAbandoned) {
         return;
     }
-    std::vector<int> late;
-    {
-        const std::lock_guard lock(mMutex);
-        for (const auto& [thread, work] : mInWork) {
-            if (secondsSince(work.since) > *mSettings.frameTimeout) {
-                late.push_back(work.frame);
-            }
-        }
-    }
+    const auto late = takeLateFrames();
     for (const int frame : late) {
         fail(frame, *mSettings.frameTimeout, "took longer than " + numberInWords(*mSettings.frameTimeout) + " seconds");
     }

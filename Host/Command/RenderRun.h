@@ -7,6 +7,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -42,16 +43,17 @@ struct RunSettings {
     std::vector<int> frames;
     int threads = 1;
     FrameWriter::Order order = FrameWriter::Order::Any;  // in which frames are written
-    AfterFailure onError = AfterFailure::Continue;
-    bool strict = false;                 // a message of the effect is a failure
-    std::optional<double> frameTimeout;  // seconds
-    double patience = 10;                // seconds that frames in work are waited for when the run is interrupted
+    AfterFailure onError = AfterFailure::Continue;  // in order a run always stops: a stream can't leave a frame out
+    bool strict = false;                            // a message of the effect is a failure
+    std::optional<double> frameTimeout;             // seconds
+    double patience = 10;  // seconds that frames in work are waited for when the run is interrupted
 };
 
 // How a run hears of the world outside.
 struct RunEnvironment {
     std::function<int()> interruptions;          // signals so far
     std::function<void(ExitStatus)> endProcess;  // at once, with frames still in work
+    std::function<void()> settle = [] {};  // lets what is still to be told come in, before the reporter is finished
 };
 
 // Renders frames on persistent threads, writes them beside the rendering of the next ones, and watches the time.
@@ -73,7 +75,10 @@ private:
     void startThreads();
     void renderFrames();
     void handle(std::size_t position);
-    RenderedFrame renderGuarded(int frame);
+    std::optional<RenderedFrame> renderGuarded(int frame);
+    void submit(std::size_t position, double seconds, std::function<void()> work);
+    void breakStream(int frame);
+    std::vector<int> takeLateFrames();
     void tell(int frame, RenderedFrame& rendered);
     void write(int frame, double seconds, const std::function<void()>& work);
     void fail(int frame, double seconds, const std::string& reason);
@@ -98,6 +103,7 @@ private:
     std::condition_variable mThreadEnded;
     int mRunningThreads = 0;
     std::map<std::thread::id, InWork> mInWork;
+    std::set<int> mLate;  // given up while in work; what comes of them is dropped
 
     std::optional<Clock::time_point> mInterruptedAt;
     bool mAbandoned = false;

@@ -6,7 +6,7 @@ namespace TessavoyHost {
 
 void RunReporter::frameEnded(const FrameReport& report) {
     const std::lock_guard lock(mMutex);
-    if (mFinished) {
+    if (mFinished || !mEnded.insert(report.frame).second) {
         return;
     }
     mTally.add(report);
@@ -42,21 +42,22 @@ void RunReporter::finish() {
         return;
     }
     mFinished = true;
-    mProgress.end(mTally);
-    tellRepetitions();
-    mProgress.message(mTally.summary(), -1);
+    auto lines = repetitions();
+    lines.push_back(mTally.summary());
+    mProgress.end(mTally, lines);
 }
 
-void RunReporter::tellRepetitions() {
+std::vector<std::string> RunReporter::repetitions() const {
+    std::vector<std::string> lines;
     for (const auto& text : mTexts) {
         const auto& frames = mFrames.at(text);
         if (frames.size() > 1) {
             const std::vector<int> later(frames.begin() + 1, frames.end());
-            mProgress.message("frames " + framesInWords(later) + " said what frame " + std::to_string(frames.front()) +
-                                  " said: " + text,
-                              -1);
+            lines.push_back("frames " + framesInWords(later) + " said what frame " + std::to_string(frames.front()) +
+                            " said: " + text);
         }
     }
+    return lines;
 }
 
 ExitStatus RunReporter::status() const {

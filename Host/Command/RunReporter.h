@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,7 @@ public:
     // The progress must outlive the reporter.
     RunReporter(int totalFrames, Progress& progress) : mTally(totalFrames), mProgress(progress) {}
 
+    // A frame ends once; what is said of its end later is ignored.
     void frameEnded(const FrameReport& report);
     // What the effect said during a frame. A text that came before is told once more only at the end, with all its
     // frames.
@@ -30,13 +32,14 @@ public:
     ExitStatus status() const;
 
 private:
-    void tellRepetitions();
+    std::vector<std::string> repetitions() const;
 
     mutable std::mutex mMutex;
     RunTally mTally;
     Progress& mProgress;
     std::vector<std::string> mTexts;                  // in the order in which they came
     std::map<std::string, std::vector<int>> mFrames;  // that gave a text
+    std::set<int> mEnded;
     bool mFinished = false;
 };
 

@@ -3,9 +3,15 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
+#include <cctype>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
+#include <optional>
+#include <regex>
+#include <string_view>
 
 #include "Host/HostError.h"
 
@@ -39,14 +45,54 @@ const char* remedyOf(int error) {
     }
 }
 
+// The start of this machine's passing names. Render machines share folders, so a process number alone would not do.
+const std::string& passingPrefix() {
+    static const std::string prefix = [] {
+        std::array<char, 64> host{};
+        ::gethostname(host.data(), host.size() - 1);
+        std::string name;
+        for (const char letter : std::string_view(host.data())) {
+            name += std::isalnum(static_cast<unsigned char>(letter)) != 0 ? letter : '_';
+        }
+        return ".tessavoy-" + name + "-";
+    }();
+    return prefix;
+}
+
 // The passing name is short and doesn't grow with the file's, so that a name of the greatest length can be written too.
 // The number keeps the threads of this process apart, the process number the processes of one machine.
 std::filesystem::path temporaryName(const std::filesystem::path& path) {
     static std::atomic<unsigned> count{0};
-    return path.parent_path() / (".tessavoy-" + std::to_string(::getpid()) + "-" + std::to_string(++count) + ".part");
+    return path.parent_path() /
+           (passingPrefix() + std::to_string(::getpid()) + "-" + std::to_string(++count) + ".part");
+}
+
+// The number of the process of this machine that writes under such a passing name.
+std::optional<pid_t> writerOf(const std::string& name) {
+    static const std::regex passing(passingPrefix() + R"(([0-9]{1,9})-[0-9]+\.part)");
+    std::smatch parts;
+    return std::regex_match(name, parts, passing) ? std::optional<pid_t>(std::stoi(parts[1])) : std::nullopt;
+}
+
+bool isRunning(pid_t process) {
+    return ::kill(process, 0) == 0 || errno != ESRCH;
 }
 
 }  // namespace
+
+void removeAbandonedFiles(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> abandoned;
+    std::error_code ignored;
+    for (std::filesystem::directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored)) {
+        const auto writer = writerOf(entry->path().filename().string());
+        if (writer && !isRunning(*writer)) {
+            abandoned.push_back(entry->path());
+        }
+    }
+    for (const auto& file : abandoned) {
+        std::filesystem::remove(file, ignored);
+    }
+}
 
 AtomicFile::AtomicFile(const std::filesystem::path& path) : mPath(path) {
     std::error_code ignored;

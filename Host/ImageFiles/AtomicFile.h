@@ -46,4 +46,8 @@ private:
     std::vector<std::byte> mPending;  // bytes not yet handed to the system, of a capacity that never changes
 };
 
+// Removes the passing files that processes of this machine which are no longer running left in the folder. Files of
+// other machines are let alone: a folder may be shared.
+void removeAbandonedFiles(const std::filesystem::path& folder);
+
 }  // namespace TessavoyHost

@@ -106,7 +106,7 @@ void readNames(const JsonNode& node, const ParameterTable& table, Project& proje
     }
 }
 
-std::string readScript(const JsonObject& effect, const std::filesystem::path& folder) {
+std::string readScript(const JsonObject& effect, const std::filesystem::path& folder, SceneScript use) {
     const auto fileNode = effect.find("script");
     const auto textNode = effect.find("scriptText");
     if (fileNode && textNode) {
@@ -120,7 +120,7 @@ std::string readScript(const JsonObject& effect, const std::filesystem::path& fo
         return text.value_or("");
     }
     const auto fileName = fileNode ? fileNode->name() : std::nullopt;
-    if (!fileName) {
+    if (!fileName || use == SceneScript::Replaced) {
         return {};
     }
     std::string problem;
@@ -165,7 +165,7 @@ std::optional<std::string> readScriptFile(const std::filesystem::path& file, std
 }
 
 void readEffect(const JsonNode& node, const std::filesystem::path& folder, const ParameterTable& table,
-                const SceneNames& names, Project& project) {
+                const SceneNames& names, SceneScript script, Project& project) {
     const JsonObject effect(node, {"layer", "parameters", "names", "script", "scriptText", "project"});
     project.effectLayer = readEffectLayer(effect, names.layers);
     if (const auto parameters = effect.find("parameters")) {
@@ -174,7 +174,7 @@ void readEffect(const JsonNode& node, const std::filesystem::path& folder, const
     if (const auto slotNames = effect.find("names")) {
         readNames(*slotNames, table, project);
     }
-    project.script = readScript(effect, folder);
+    project.script = readScript(effect, folder, script);
     if (const auto saved = effect.find("project")) {
         saved->problem("this version can't read saved projects yet");
     }

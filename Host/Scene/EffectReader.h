@@ -16,10 +16,13 @@ namespace TessavoyHost {
 // Longest name of a custom slot, in bytes.
 inline constexpr std::size_t longestSlotName = 31;
 
+// Whether the scene's script counts. One that is replaced must be named rightly, but its file is left alone.
+enum class SceneScript { Read, Replaced };
+
 // Reads the "effect" part of a scene into the project: effectLayer, parameters, slotNames and script. The script's file
 // is relative to the folder.
 void readEffect(const JsonNode& node, const std::filesystem::path& folder, const ParameterTable& table,
-                const SceneNames& names, Project& project);
+                const SceneNames& names, SceneScript script, Project& project);
 
 // The track of the parameter with that id, or a problem.
 std::optional<ParameterTrack> readParameter(const std::string& id, const JsonNode& node, const ParameterTable& table,

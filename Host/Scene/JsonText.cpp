@@ -69,6 +69,34 @@ private:
     std::vector<Level> mLevels;
 };
 
+// Goes through a text that the parser refused for a number and notes the first number that no double holds. The
+// parser's own exception doesn't tell where it stands.
+class RangeErrorFinder : public nlohmann::json_sax<nlohmann::json> {
+public:
+    bool null() override { return true; }
+    bool boolean(bool) override { return true; }
+    bool number_integer(number_integer_t) override { return true; }
+    bool number_unsigned(number_unsigned_t) override { return true; }
+    bool number_float(number_float_t, const string_t&) override { return true; }
+    bool string(string_t&) override { return true; }
+    bool binary(binary_t&) override { return true; }
+    bool start_object(std::size_t) override { return true; }
+    bool key(string_t&) override { return true; }
+    bool end_object() override { return true; }
+    bool start_array(std::size_t) override { return true; }
+    bool end_array() override { return true; }
+    bool parse_error(std::size_t end, const std::string& token, const nlohmann::json::exception&) override {
+        number = token;
+        firstByte = end - std::min(end, token.size()) + 1;
+        return false;
+    }
+
+    std::string number;
+    std::size_t firstByte = 0;  // counted from 1
+};
+
+constexpr std::size_t longestNumberTold = 32;
+
 std::string lineAndColumn(const std::string& text, std::size_t byte) {
     const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(byte == 0 ? 0 : byte - 1, text.size()));
     const auto line = 1 + std::count(text.begin(), end, '\n');
@@ -83,6 +111,14 @@ std::string reasonOf(const nlohmann::json::exception& error) {
     return end == std::string::npos ? text : text.substr(end + 2);
 }
 
+void addRangeError(const std::string& text, Problems& problems) {
+    RangeErrorFinder finder;
+    nlohmann::json::sax_parse(text, &finder, nlohmann::json::input_format_t::json, true, true);
+    const bool isLong = finder.number.size() > longestNumberTold;
+    const std::string number = isLong ? finder.number.substr(0, longestNumberTold) + "..." : finder.number;
+    problems.add(Place(lineAndColumn(text, finder.firstByte)), number + " is beyond the range of numbers");
+}
+
 }  // namespace
 
 std::optional<nlohmann::json> parseJsonText(const std::string& text, Problems& problems) {
@@ -95,8 +131,8 @@ std::optional<nlohmann::json> parseJsonText(const std::string& text, Problems& p
         return nlohmann::json::parse(text, follow, true, true);
     } catch (const nlohmann::json::parse_error& error) {
         problems.add(Place(lineAndColumn(text, error.byte)), reasonOf(error));
-    } catch (const nlohmann::json::exception& error) {
-        problems.add(Place(), error.what());
+    } catch (const nlohmann::json::out_of_range&) {
+        addRangeError(text, problems);
     }
     return std::nullopt;
 }

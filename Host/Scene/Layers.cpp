@@ -107,7 +107,7 @@ std::shared_ptr<const Image> StillSource::frameAt(double compositionSeconds) {
 }
 
 std::filesystem::path SequenceFiles::file(int index) const {
-    return pathFromUtf8(name.with(first + index));
+    return folder / pathFromUtf8(name.with(first + index));
 }
 
 SequenceSource::SequenceSource(LayerFrame frame, SequenceFiles files, ImageReader read)

@@ -97,7 +97,8 @@ private:
 
 // The files of a numbered sequence.
 struct SequenceFiles {
-    NumberedName name;  // the whole path in UTF-8
+    std::filesystem::path folder;
+    NumberedName name;  // of the files in the folder, in UTF-8
     int first = 0;      // number of the first file
     int count = 0;
     double frameRate = 0;  // files a second

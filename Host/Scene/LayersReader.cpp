@@ -1,6 +1,9 @@
 #include "Host/Scene/LayersReader.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
 
 #include "Host/HostError.h"
 #include "Host/Scene/CompositionReader.h"
@@ -50,27 +53,48 @@ private:
         if (!text) {
             return nullptr;
         }
-        const std::string path = utf8(mFolder / pathFromUtf8(*text));
-        auto places = findNumberPlaces(path);
-        std::erase_if(places, [](const NumberPlace& place) { return place.isLoneHash; });
+        // Folders may be called anything: a number stands in the file's own name.
+        const std::filesystem::path file = mFolder / pathFromUtf8(*text);
+        const std::string fileName = utf8(file.filename());
+        auto places = findNumberPlaces(fileName);
+        const bool hasLoneHash = std::erase_if(places, [](const NumberPlace& place) { return place.isLoneHash; }) > 0;
         if (places.size() > 1) {
             image.problem("has more than one place for a number");
             return nullptr;
         }
-        return places.empty() ? readStill(node, name, path) : readSequence(node, name, NumberedName(path, places[0]));
+        if (places.empty() && isMeantAsSequence(node)) {
+            refuseUnnumbered(node, hasLoneHash);
+            return nullptr;
+        }
+        return places.empty() ? readStill(node, name, file)
+                              : readSequence(node, name, file.parent_path(), NumberedName(fileName, places[0]));
+    }
+
+    static JsonObject sequenceObject(const JsonNode& node) {
+        return JsonObject(node, {"name", "image", "first", "count", "frameRate", "start"});
+    }
+
+    static bool isMeantAsSequence(const JsonNode& node) {
+        return node.json().contains("first") || node.json().contains("count");
+    }
+
+    static void refuseUnnumbered(const JsonNode& node, bool hasLoneHash) {
+        sequenceObject(node);
+        node.child("image").problem(
+            hasLoneHash ? "a lone # means a number to some tools and not to others; write ## or %d"
+                        : "has no place for the number in the file's name; write ## or %d where it stands");
     }
 
     std::shared_ptr<FrameSource> readStill(const JsonNode& node, const std::string& name,
-                                           const std::string& path) const {
+                                           const std::filesystem::path& file) const {
         const JsonObject object(node, {"name", "image"});
-        const auto file = pathFromUtf8(path);
         const auto size = probe(node.child("image"), file);
         return size ? std::make_shared<StillSource>(wholeTime(name, *size), file, mImages.read) : nullptr;
     }
 
     std::shared_ptr<FrameSource> readSequence(const JsonNode& node, const std::string& name,
-                                              const NumberedName& path) const {
-        const JsonObject object(node, {"name", "image", "first", "count", "frameRate", "start"});
+                                              const std::filesystem::path& folder, const NumberedName& fileName) const {
+        const JsonObject object = sequenceObject(node);
         const auto first = object.requireInteger("first", 0, mostFiles);
         const auto count = object.requireInteger("count", 1, mostFiles);
         const auto rateNode = object.find("frameRate");
@@ -80,13 +104,27 @@ private:
         if (!first || !count || !rate || !start) {
             return nullptr;
         }
-        const SequenceFiles files{path, *first, *count, rate->value()};
+        const double duration = *count / rate->value();
+        if (!fitsClock(*start, duration)) {
+            node.problem("runs from " + numberInWords(*start) + " to " + numberInWords(*start + duration) +
+                         " seconds, which is more than the host's clock holds at " +
+                         std::to_string(mComposition.frameRate.num) + " units a second");
+            return nullptr;
+        }
+        const SequenceFiles files{folder, fileName, *first, *count, rate->value()};
         const auto size = probeAll(node.child("image"), files);
         if (!size) {
             return nullptr;
         }
-        const LayerFrame frame{name, size->width, size->height, *start, *count / rate->value()};
+        const LayerFrame frame{name, size->width, size->height, *start, duration};
         return std::make_shared<SequenceSource>(frame, files, mImages.read);
+    }
+
+    // The host counts time in frameRate.num units a second, with 32 bits; layer time at the composition's end, too.
+    bool fitsClock(double start, double duration) const {
+        const double most = std::numeric_limits<std::int32_t>::max() / static_cast<double>(mComposition.frameRate.num);
+        return std::abs(start) <= most && duration <= most && start + duration <= most &&
+               mComposition.duration - start <= most;
     }
 
     std::optional<PixelSize> probe(const JsonNode& image, const std::filesystem::path& file) const {

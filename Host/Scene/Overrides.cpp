@@ -1,5 +1,7 @@
 #include "Host/Scene/Overrides.h"
 
+#include <utility>
+
 #include "Host/HostError.h"
 #include "Host/Scene/EffectReader.h"
 #include "Host/Scene/JsonText.h"
@@ -25,7 +27,7 @@ nlohmann::json jsonOrText(const std::string& text, bool namesOnly, Problems& pro
         problems = ofText;
     }
     const bool isValue = json && !(namesOnly && (json->is_number() || json->is_boolean()));
-    return isValue ? *json : nlohmann::json(text);
+    return isValue ? std::move(*json) : nlohmann::json(text);
 }
 
 class OverrideReader {

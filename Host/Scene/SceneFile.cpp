@@ -22,11 +22,19 @@ Composition placeholderComposition() {
     return composition;
 }
 
+constexpr std::size_t longestTextTold = 32;
+
+// The value where it is a number or a short text, otherwise what it is.
+std::string versionInWords(const nlohmann::json& version) {
+    const bool isShortText = version.is_string() && version.get_ref<const std::string&>().size() <= longestTextTold;
+    return version.is_number() || isShortText ? version.dump() : typeInWords(version);
+}
+
 void checkVersion(const JsonObject& scene) {
     const auto version = scene.require("tessavoy");
     if (version && version->json() != formatVersion) {
         version->problem("this command reads version " + std::to_string(formatVersion) + " of the format, not " +
-                         version->json().dump());
+                         versionInWords(version->json()));
     }
 }
 
@@ -41,7 +49,7 @@ SceneNames namesOf(const LayerList& layers, const std::vector<Mask>& masks) {
 
 // Reads everything into the project, as far as it goes, and gives the names that its values may refer to.
 SceneNames readParts(const JsonNode& root, const std::filesystem::path& folder, const ParameterTable& table,
-                     const ImageAccess& images, Project& project) {
+                     const ImageAccess& images, SceneScript script, Project& project) {
     const JsonObject scene(root, {"tessavoy", "composition", "layers", "masks", "camera", "effect"});
     checkVersion(scene);
     const auto compositionNode = scene.require("composition");
@@ -59,7 +67,7 @@ SceneNames readParts(const JsonNode& root, const std::filesystem::path& folder, 
     }
     const SceneNames names = namesOf(layers, project.masks);
     if (const auto effect = scene.require("effect")) {
-        readEffect(*effect, folder, table, names, project);
+        readEffect(*effect, folder, table, names, script, project);
     }
     return names;
 }
@@ -79,10 +87,12 @@ Project readScene(const SceneText& scene, const ParameterTable& table, const Sce
                   const ImageAccess& images) {
     Project project;
     Problems problems;
-    SceneNames names;
-    if (const auto json = parseJsonText(scene.json, problems)) {
-        names = readParts(JsonNode(*json, Place(), problems), scene.file.parent_path(), table, images, project);
-    }
+    const auto json = parseJsonText(scene.json, problems);
+    // Where a key stands twice nobody knows which value is meant, so what follows from either is not told.
+    problems.throwIfAny(ExitStatus::Scene, utf8(scene.file));
+    const SceneScript script = overrides.script ? SceneScript::Replaced : SceneScript::Read;
+    const SceneNames names =
+        readParts(JsonNode(*json, Place(), problems), scene.file.parent_path(), table, images, script, project);
     problems.throwIfAny(ExitStatus::Scene, utf8(scene.file));
     applyOverrides(overrides, table, names, project);
     return project;

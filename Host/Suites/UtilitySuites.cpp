@@ -20,7 +20,7 @@ A_Err registerPlugin(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* id) n
 A_Err reportInfo(AEGP_PluginID, const A_char* text) noexcept {
     return answer("AEGP_ReportInfo", [&](CommandContext& context) {
         require(text != nullptr);
-        context.fails(text);
+        context.reports(text);
     });
 }
 

@@ -45,16 +45,4 @@ void VisibleEvaluator::test(const A_long* columns, const A_long* rows, int count
     });
 }
 
-void VisibleEvaluator::testRow(A_long firstColumn, A_long row, int count, A_u_char* shown) const {
-    forEachChunk(count, [&](int first, int length) {
-        std::array<A_long, chunkCells> columns;
-        std::array<A_long, chunkCells> rows;
-        for (int k = 0; k < length; ++k) {
-            columns[k] = firstColumn + first + k;
-        }
-        rows.fill(row);
-        test(columns.data(), rows.data(), length, shown + first);
-    });
-}
-
 }  // namespace Tessavoy

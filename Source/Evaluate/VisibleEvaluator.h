@@ -15,9 +15,6 @@ struct VisibleEvaluator {
 
     /// test(columns[k], rows[k]) into shown[k] as 0 or 1, for k in 0..count - 1.
     void test(const A_long* columns, const A_long* rows, int count, A_u_char* shown) const;
-
-    /// test(firstColumn + k, row) into shown[k] as 0 or 1, for k in 0..count - 1.
-    void testRow(A_long firstColumn, A_long row, int count, A_u_char* shown) const;
 };
 
 }  // namespace Tessavoy

@@ -38,9 +38,4 @@ private:
     std::uint32_t* mIndices = nullptr;
 };
 
-/// MappedInstanceBuffers under the name of what it does.
-inline MappedInstanceBuffers mapInstanceBuffers(AESDK_OpenGL_EffectRenderData& renderData) {
-    return MappedInstanceBuffers(renderData);
-}
-
 }  // namespace Tessavoy::AESDK_OpenGL

@@ -1,17 +1,13 @@
 #include "Source/RenderGrid/CellEvaluation.h"
 
 #include "Source/Evaluate/Truncation.h"
+#include "Source/Parameter/PopupValues.h"
 
 #include <array>
 
 namespace Tessavoy {
 
 namespace {
-
-constexpr A_long texturedQuad = 2;  // a value of ShapeType
-constexpr A_long strokeMode = 2;    // a value of ShapeDrawMode
-
-enum SplittingMode : A_long { GridOfItems = 1, TimelineFrames = 2, SplitImage = 3 };
 
 /// A shape of four parts is a square, and this makes its half side as long as the size that the user set.
 constexpr float squareFactor = 1.4142135F;
@@ -43,7 +39,7 @@ CellEvaluation::CellEvaluation(const ParameterSnapshot& snapshot, const FrameCho
     : mSnapshot(snapshot),
       mFrames(frames),
       mPercentFactor(toFractions ? percent : 1.0F),
-      mTextured(snapshot.ShapeType == texturedQuad) {
+      mTextured(snapshot.ShapeType == PopupValues::TexturedQuad) {
     const auto offset = [](const PropertyEvaluator& property) {
         const bool constant = property.isConstant();
         return OffsetField{&property, constant, constant ? static_cast<float>(constantOf(property)) : 0.0F};
@@ -99,7 +95,7 @@ void CellEvaluation::takeRadiusAndParts() {
 }
 
 void CellEvaluation::takeStroke() {
-    mPrototype.stroke = mSnapshot.ShapeDrawMode == strokeMode && !mTextured;
+    mPrototype.stroke = mSnapshot.ShapeDrawMode == PopupValues::Stroke && !mTextured;
     if (mSnapshot.ShapeStrokeWidth.isConstant()) {
         mPrototype.strokeWidth = strokeWidthOf(constantOf(mSnapshot.ShapeStrokeWidth));
     }
@@ -126,9 +122,9 @@ void CellEvaluation::takeColour() {
 
 void CellEvaluation::takeFrameIndex() {
     const A_long mode = mSnapshot.ShapeFramesSplittingMode;
-    const bool byProperty = mode == GridOfItems || mode == TimelineFrames;
+    const bool byProperty = mode == PopupValues::GridOfItems || mode == PopupValues::TimelineFrames;
     const bool constant = byProperty && mSnapshot.ShapeFrameIndex.isConstant();
-    mFrameIndexVaries = mTextured && (mode == SplitImage || (byProperty && !constant));
+    mFrameIndexVaries = mTextured && (mode == PopupValues::SplitImage || (byProperty && !constant));
     if (mTextured && constant) {
         mPrototype.spriteIndex =
             mSnapshot.ShapeFrameIndex.evaluateIndex(anywhere, anywhere, mFrames.frameCount, mFrames.phase);
@@ -235,7 +231,7 @@ void CellEvaluation::writeFrameIndexes(const CellBlock& block, InstanceState* ce
         return;
     }
     std::array<A_long, blockCells> indexes;
-    if (mSnapshot.ShapeFramesSplittingMode == SplitImage) {
+    if (mSnapshot.ShapeFramesSplittingMode == PopupValues::SplitImage) {
         for (int k = 0; k < block.count; ++k) {
             indexes[k] = block.j[k] * mFrames.framesAcross + block.i[k] + 1;
         }

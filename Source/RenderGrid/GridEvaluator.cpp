@@ -1,6 +1,7 @@
 #include "Source/RenderGrid/GridEvaluator.h"
 
 #include "Source/Assert.h"
+#include "Source/Parameter/PopupValues.h"
 #include "Source/Sequence.h"
 
 #include <algorithm>
@@ -10,9 +11,6 @@ namespace Tessavoy {
 
 namespace {
 
-constexpr A_long texturedQuad = 2;  // a value of ShapeType
-constexpr A_long splitImage = 3;    // a value of ShapeFramesSplittingMode
-
 /// With a camera the frustum takes care of where the picture begins.
 FramePlace withoutOriginUnderCamera(const FramePlace& place, const ViewProjection& viewProjection) {
     return viewProjection.usesCamera == 1 ? FramePlace{place.downsampleX, place.downsampleY, 0.0F, 0.0F} : place;
@@ -21,7 +19,7 @@ FramePlace withoutOriginUnderCamera(const FramePlace& place, const ViewProjectio
 FrameChoice frameChoice(const ParameterSnapshot& snapshot, const PF_InData& inData, const TextureAtlas& atlas) {
     FrameChoice choice;
     choice.framesAcross =
-        snapshot.ShapeFramesSplittingMode == splitImage ? snapshot.CountX : snapshot.ShapeXFramesInTexture;
+        snapshot.ShapeFramesSplittingMode == PopupValues::SplitImage ? snapshot.CountX : snapshot.ShapeXFramesInTexture;
     choice.frameCount = atlas.frameCount;
     if (snapshot.ShapeFramesAnimationSequence) {
         choice.phase = inData.current_time * snapshot.ShapeFramesAnimationSpeed / inData.time_step;
@@ -48,7 +46,7 @@ GridEvaluator::GridEvaluator(PF_InData* inData, PF_OutData* outData, ParameterSn
       mAtlas(atlas),
       mScript(script),
       mShape{std::max(snapshot.CountX, 0), std::max(snapshot.CountY, 0), snapshot.HexGrid},
-      mTextured(snapshot.ShapeType == texturedQuad && snapshot.shapeTextureLayer() != nullptr),
+      mTextured(snapshot.ShapeType == PopupValues::TexturedQuad && snapshot.shapeTextureLayer() != nullptr),
       mGridMatrix(buildGridMatrix(snapshot, viewProjection, mPlace)),
       mCells(snapshot, frameChoice(snapshot, *inData, atlas), script == nullptr),
       mCellMatrix(snapshot, mGridMatrix, mPlace),

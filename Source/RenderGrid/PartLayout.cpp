@@ -1,5 +1,6 @@
 #include "Source/RenderGrid/PartLayout.h"
 
+#include "Source/Parameter/PopupValues.h"
 #include "Source/RenderGrid/ShapeGeometry.h"
 
 #include <algorithm>
@@ -7,8 +8,6 @@
 namespace Tessavoy {
 
 namespace {
-
-constexpr A_long texturedQuad = 2;  // a value of ShapeType
 
 constexpr A_long ownRuns = 64;       // numbers of parts up to this one keep their run for the frame
 constexpr A_long longestRun = 4096;  // a run beyond is made in place: its memory would count beside the parts'
@@ -35,7 +34,7 @@ float fractionBeyond(float smallest, double percents) {
 
 PartLayout::PartLayout(const ParameterSnapshot& snapshot)
     : mSnapshot(snapshot),
-      mTextured(snapshot.ShapeType == texturedQuad),
+      mTextured(snapshot.ShapeType == PopupValues::TexturedQuad),
       mConstant(mTextured || (snapshot.ShapeShelfLength.isConstant() && snapshot.ShapeRoundingRadius.isConstant() &&
                               snapshot.ShapeLinkMiddleOffset.isConstant())),
       mAngleOffset(static_cast<float>(snapshot.ShapeAngleOffset)),

@@ -1,11 +1,13 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstring>
@@ -70,10 +72,11 @@ protected:
     ~Command() override { std::filesystem::remove_all(folder); }
 
     // Starts the command in the test's folder, its outputs going to files.
-    pid_t start(const std::string& arguments, const std::string& redirection = ">stdout") {
+    pid_t start(const std::string& arguments, const std::string& redirection = ">stdout",
+                const std::string& before = "") {
         std::ofstream(folder / "scene.json") << scene.dump();
         const std::string line =
-            "exec '" TESSAVOY_COMMAND "' " + arguments + " " + redirection + " 2>stderr </dev/null";
+            before + "exec '" TESSAVOY_COMMAND "' " + arguments + " " + redirection + " 2>stderr </dev/null";
         const pid_t child = ::fork();
         if (child == 0) {
             if (::chdir(folder.c_str()) == 0) {
@@ -284,14 +287,61 @@ TEST_F(Command, JsonProgressIsOneObjectALineOnStandardOutput) {
     ASSERT_EQ(lines.size(), 4u);
     EXPECT_EQ(nlohmann::json::parse(lines[0])["frame"], 2);
     EXPECT_EQ(nlohmann::json::parse(lines[1])["status"], "written");
-    EXPECT_EQ(nlohmann::json::parse(lines[2])["written"], 2);
-    EXPECT_EQ(nlohmann::json::parse(lines[3])["event"], "message");
+    EXPECT_EQ(nlohmann::json::parse(lines[2])["event"], "message");
+    EXPECT_EQ(nlohmann::json::parse(lines[3])["event"], "end");
+    EXPECT_EQ(nlohmann::json::parse(lines[3])["written"], 2);
 }
 
 TEST_F(Command, JsonProgressLeavesTheOutputToRawFrames) {
     const auto outcome = run("render scene.json -o - --frames 2,4 --progress json");
     EXPECT_EQ(outcome.out.size(), 2u * 64u * 36u * 4u);
+    const auto lines = linesOf(outcome.error);
+    ASSERT_GE(lines.size(), 4u);
+    for (const auto& line : lines) {
+        EXPECT_TRUE(nlohmann::json::accept(line)) << line;
+    }
     EXPECT_THAT(outcome.error, HasSubstr("{\"event\":\"frame\",\"frame\":2"));
+    EXPECT_EQ(nlohmann::json::parse(lines.back())["event"], "end");
+}
+
+TEST_F(Command, AFileThatGrowsTooLargeFailsItsFrame) {
+    // 64 x 36 pixels take 9 kB; blocks have 512 bytes
+    const auto outcome =
+        wait(start("render scene.json -o out/a.png --png-level 0 --frames 0", ">stdout", "ulimit -f 4; "));
+    EXPECT_EQ(outcome.status, 1) << "signal " << outcome.signal;
+    EXPECT_THAT(outcome.error, HasSubstr(std::strerror(EFBIG)));
+    EXPECT_EQ(lastLine(outcome), "frames: 0 written, 0 skipped, 1 failed (0)");
+    EXPECT_THAT(outputFiles(), IsEmpty());
+}
+
+// Opening a pipe that nobody writes to waits, so the crash comes while the module is loaded.
+TEST_F(Command, ACrashInSetUpIsStatus4) {
+    ASSERT_EQ(::mkfifo((folder / "module.so").c_str(), 0600), 0);
+    const pid_t child = start("check scene.json --module module.so");
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    ::kill(child, SIGSEGV);
+    const auto outcome = wait(child);
+    EXPECT_EQ(outcome.status, 4) << "signal " << outcome.signal;
+    EXPECT_EQ(outcome.error, "tessavoy: the module crashed while being set up\n");
+}
+
+TEST_F(Command, ACrashOfAFrameIsStatus1) {
+    scene["composition"]["duration"] = 4000;
+    const pid_t child = start("render scene.json -o 'out/######.png' --progress none");
+    EXPECT_TRUE(waitForFile("out/000000.png"));
+    ::kill(child, SIGSEGV);
+    const auto outcome = wait(child);
+    EXPECT_EQ(outcome.status, 1) << "signal " << outcome.signal;
+    EXPECT_THAT(lastLine(outcome), AllOf(HasSubstr("frame"), EndsWith(" crashed")));
+}
+
+TEST_F(Command, ATooLongCompositionAsksForFrames) {
+    scene["composition"]["duration"] = 4e6;
+    scene["composition"]["frameRate"] = 100;
+    const auto outcome = run("render scene.json -o 'out/##.png'");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.error, HasSubstr("choose with --frames"));
+    EXPECT_EQ(run("render scene.json -o 'out/##.png' --frames 5").status, 0);
 }
 
 TEST_F(Command, AReaderThatGoesAwayEndsTheRun) {

@@ -90,16 +90,4 @@ TEST(VisibleEvaluator, BatchesGiveTheAnswersOfSingleCalls) {
     }
 }
 
-TEST(VisibleEvaluator, RowsGiveTheAnswersOfSingleCalls) {
-    const VisibleEvaluator visible{40.0, 5};
-    for (const int count : {0, 1, 64, 100}) {
-        std::vector<A_u_char> shown(count + 1, 9);
-        visible.testRow(-3, 6, count, shown.data());
-        for (int k = 0; k < count; ++k) {
-            EXPECT_EQ(shown[k], visible.test(k - 3, 6) ? 1 : 0);
-        }
-        EXPECT_EQ(shown[count], 9);
-    }
-}
-
 }  // namespace Tessavoy

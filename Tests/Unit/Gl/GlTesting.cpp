@@ -113,7 +113,7 @@ void drawRectangles(AESDK_OpenGL_EffectRenderData& renderData, const ViewProject
     }
     EnsureInstanceBuffers(renderData, static_cast<std::int64_t>(vertices.size()), sizeof(Vertex),
                           static_cast<std::int64_t>(indices.size()), sizeof(std::uint32_t));
-    MappedInstanceBuffers buffers = mapInstanceBuffers(renderData);
+    MappedInstanceBuffers buffers(renderData);
     std::memcpy(buffers.vertices(), vertices.data(), vertices.size() * sizeof(Vertex));
     std::memcpy(buffers.indices(), indices.data(), indices.size() * sizeof(std::uint32_t));
     buffers.unmap();

@@ -56,7 +56,7 @@ TEST_F(InstanceBuffersTest, aNeedForMoreIndicesAloneRebuildsBoth) {
 TEST_F(InstanceBuffersTest, whatIsWrittenToTheMappedBuffersIsInThem) {
     EnsureInstanceBuffers(renderData(), 2, 28, 3, 4);
     {
-        MappedInstanceBuffers buffers = mapInstanceBuffers(renderData());
+        MappedInstanceBuffers buffers(renderData());
         std::memset(buffers.vertices(), 0x11, 112);
         for (std::uint32_t i = 0; i < 6; ++i) {
             buffers.indices()[i] = 100 + i;

@@ -96,7 +96,12 @@ TEST(CommandLine, NothingToDoIsWrong) {
 TEST(CommandLine, AnUnknownSubcommandIsSuggested) {
     const auto answer = answerTo({"rendr", "x.json"});
     EXPECT_EQ(answer.status, ExitStatus::CommandLine);
-    EXPECT_THAT(answer.error, HasSubstr("did you mean \"render\"?"));
+    EXPECT_THAT(answer.error, StartsWith("tessavoy: there is no subcommand \"rendr\"; did you mean \"render\"?"));
+}
+
+TEST(CommandLine, WhatIsNotExpectedIsNamedInItsOrder) {
+    EXPECT_THAT(answerTo({"check", "x.json", "--first", "--second"}).error, HasSubstr("--first --second"));
+    EXPECT_THAT(answerTo({"--first", "--second"}).error, HasSubstr("--first --second"));
 }
 
 TEST(CommandLine, AnUnknownOptionIsSuggested) {

@@ -54,8 +54,28 @@ TEST(CommandOutputPattern, ALoneHashIsRefused) {
 TEST(CommandOutputPattern, ThereIsOnePlaceAtMostAndItStandsInTheName) {
     EXPECT_EQ(refusal("a##b##.png"), "--output: \"a##b##.png\" has more than one place for the frame's number");
     EXPECT_EQ(refusal("a%d.####.png"), "--output: \"a%d.####.png\" has more than one place for the frame's number");
-    EXPECT_EQ(refusal("##/a.png"),
-              "--output: \"##/a.png\": the frame's number must stand in the file's name, not in the folder's");
+}
+
+TEST(CommandOutputPattern, FoldersAreLiteral) {
+    EXPECT_EQ(OutputPattern("##/a.png").file(12), "##/a.png");
+    EXPECT_FALSE(OutputPattern("##/a.png").isNumbered());
+    EXPECT_EQ(OutputPattern("take#/%5d/a%d/x%%/b.##.png").file(7), "take#/%5d/a%d/x%%/b.07.png");
+    EXPECT_EQ(OutputPattern("take#/x%%/b.##.png").folder(), "take#/x%%");
+}
+
+TEST(CommandOutputPattern, TwoPercentsStandForOne) {
+    EXPECT_EQ(OutputPattern("x/50%%.png").file(7), "x/50%.png");
+    EXPECT_EQ(OutputPattern("50%%d.%%.%03d.%%.png").file(7), "50%d.%.007.%.png");
+    EXPECT_EQ(OutputPattern("%%%%%d.png").file(7), "%%7.png");
+    EXPECT_EQ(OutputPattern("50%.png").file(7), "50%.png");
+}
+
+TEST(CommandOutputPattern, AWidthIsFilledWithZerosOrRefused) {
+    for (const std::string place : {"%5d", "%12d", "%0004d"}) {
+        EXPECT_EQ(refusal("a." + place + ".png"),
+                  "--output: \"a." + place + ".png\": " + place + " is no place for a number; write such as %04d");
+    }
+    EXPECT_EQ(refusal("%%5d.png"), "accepted");
 }
 
 TEST(CommandOutputPattern, ADashIsTheStandardOutput) {

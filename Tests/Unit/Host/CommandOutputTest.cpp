@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -12,6 +13,7 @@
 
 #include "Host/Command/AboutCommand.h"
 #include "Host/Command/EffectFrames.h"
+#include "Host/Command/ExitGuard.h"
 #include "Host/Command/OutputChannel.h"
 #include "Host/Command/OutputChecks.h"
 #include "Host/Command/RawFrames.h"
@@ -66,6 +68,47 @@ TEST_F(CommandOutput, TheFolderMustBeThereAndWritable) {
               "--output: there is no folder " + path("no") + "; make it first");
     EXPECT_THAT(refusal([&] { checkFolder(OutputPattern("/proc/a.png")); }),
                 HasSubstr("--output: files can't be made in /proc: "));
+}
+
+// This machine's name as it stands in a passing name: letters and digits, anything else as an underscore.
+std::string machineName() {
+    char host[64] = {};
+    ::gethostname(host, sizeof host - 1);
+    std::string name = host;
+    for (char& letter : name) {
+        const bool plain =
+            (letter >= '0' && letter <= '9') || (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
+        letter = plain ? letter : '_';
+    }
+    return name;
+}
+
+TEST_F(CommandOutput, PassingFilesOfEndedProcessesOfThisMachineAreRemoved) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::_exit(0);
+    }
+    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    const std::string here = ".tessavoy-" + machineName() + "-";
+    const std::string ended = here + std::to_string(child);
+    const std::string elsewhere = ".tessavoy-another_" + machineName() + "-" + std::to_string(child);
+    const std::vector<std::string> kept{here + std::to_string(::getpid()) + "-1.part",
+                                        ended + "-1.png",
+                                        ended + "-.part",
+                                        "x" + ended + "-1.part",
+                                        elsewhere + "-1.part",
+                                        "a.part"};
+    for (const auto& name : kept) {
+        touch(name);
+    }
+    touch(ended + "-1.part");
+    touch(ended + "-23.part");
+    EXPECT_EQ(refusal([&] { checkFolder(OutputPattern(path("a.png"))); }), "accepted");
+    std::vector<std::string> left;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        left.push_back(entry.path().filename().string());
+    }
+    EXPECT_THAT(left, ::testing::UnorderedElementsAreArray(kept));
 }
 
 TEST_F(CommandOutput, FilesInTheWayAreCounted) {
@@ -255,6 +298,53 @@ TEST_F(CommandOutput, WritingToNobodyIsAnError) {
     }
     ::dup2(before, STDOUT_FILENO);
     ::close(before);
+}
+
+TEST_F(CommandOutput, StrayLinesAreHandedOver) {
+    RedirectedOutput redirected(path("out"));
+    std::vector<std::string> lines;
+    {
+        StrayLines stray([&lines](const std::string& line) { lines.push_back(line); });
+        std::printf("one\n");
+        std::cout << "tw" << std::flush;
+        std::printf("o\n\nlast");
+        stray.end();
+        std::printf("dropped");
+        stray.end();
+    }
+    std::fflush(stdout);
+    EXPECT_EQ(redirected.take(), "");
+    EXPECT_THAT(lines, ElementsAre("one", "two", "", "last"));
+}
+
+TEST(CommandExitGuard, ACrashEndsWithTheStatusOfItsTime) {
+    const auto ends = [](int status) { return ::testing::ExitedWithCode(status); };
+    EXPECT_EXIT(
+        {
+            guardSetUp();
+            std::abort();
+        },
+        ends(4), "^tessavoy: the module crashed while being set up\n$");
+    EXPECT_EXIT(
+        {
+            guardFrames();
+            const FrameCrashGuard frame(120);
+            std::raise(SIGSEGV);
+        },
+        ends(1), "^tessavoy: frame 120 crashed\n$");
+    EXPECT_EXIT(
+        {
+            guardFrames();
+            { const FrameCrashGuard frame(120); }
+            std::raise(SIGBUS);
+        },
+        ends(1), "^tessavoy: a frame crashed\n$");
+    EXPECT_EXIT(
+        {
+            decideStatus([] { return ExitStatus::Scene; });
+            std::abort();
+        },
+        ends(3), "while it was taken down; the result stands\n$");
 }
 
 TEST_F(CommandOutput, StrayPrintsAreCaught) {

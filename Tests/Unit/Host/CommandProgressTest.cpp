@@ -91,6 +91,33 @@ TEST_F(CommandProgress, TheBarShowsSpeedAndTimeLeft) {
     EXPECT_EQ(error.back(), "frames: 1 written, 1 skipped, 0 failed, 8 not rendered\n");
 }
 
+TEST_F(CommandProgress, TheBarIsFullAtMost) {
+    RunTally tally(1);
+    tally.add(skipped(0));
+    tally.add(skipped(0));
+    makeProgress(ProgressMode::Bar, output())->frame(skipped(0), tally);
+    EXPECT_EQ(error.back(), "\r\x1b[K[==============================] 2/1");
+}
+
+TEST_F(CommandProgress, AFrameEndsOnce) {
+    const auto progress = makeProgress(ProgressMode::Lines, output());
+    RunReporter reporter(2, *progress);
+    reporter.frameEnded(failed(1));
+    reporter.frameEnded(written(1));
+    reporter.finish();
+    EXPECT_THAT(error, ElementsAre("frame 1: failed: no memory\n",
+                                   "frames: 0 written, 0 skipped, 1 failed (1), 1 not rendered\n"));
+}
+
+TEST_F(CommandProgress, TheBarIsLeftBeforeTheLastLines) {
+    const auto progress = makeProgress(ProgressMode::Bar, output());
+    RunReporter reporter(1, *progress);
+    reporter.frameEnded(skipped(0));
+    error.clear();
+    reporter.finish();
+    EXPECT_THAT(error, ElementsAre("\n", "frames: 0 written, 1 skipped, 0 failed\n"));
+}
+
 TEST_F(CommandProgress, MessagesStandAboveTheBar) {
     const auto progress = makeProgress(ProgressMode::Bar, output());
     RunReporter reporter(2, *progress);
@@ -115,17 +142,17 @@ TEST_F(CommandProgress, JsonIsOneObjectALine) {
     reporter.message(8, "odd \xff");
     reporter.finish();
     EXPECT_THAT(
-        json, ElementsAre(
-                  "{\"event\":\"frame\",\"frame\":7,\"status\":\"written\",\"file\":\"out/"
-                  "7.png\",\"seconds\":0.25,\"done\":1,"
-                  "\"total\":3}\n",
-                  "{\"event\":\"message\",\"text\":\"frame 9: failed: no memory\",\"frame\":9}\n",
-                  "{\"event\":\"frame\",\"frame\":9,\"status\":\"failed\",\"reason\":\"no "
-                  "memory\",\"seconds\":1.5,\"done\":2,"
-                  "\"total\":3}\n",
-                  "{\"event\":\"message\",\"text\":\"frame 8: odd \xEF\xBF\xBD\",\"frame\":8}\n",
-                  "{\"event\":\"end\",\"written\":1,\"skipped\":0,\"failed\":[9],\"total\":3}\n",
-                  "{\"event\":\"message\",\"text\":\"frames: 1 written, 0 skipped, 1 failed (9), 1 not rendered\"}\n"));
+        json,
+        ElementsAre("{\"event\":\"frame\",\"frame\":7,\"status\":\"written\",\"file\":\"out/"
+                    "7.png\",\"seconds\":0.25,\"done\":1,"
+                    "\"total\":3}\n",
+                    "{\"event\":\"message\",\"text\":\"frame 9: failed: no memory\",\"frame\":9}\n",
+                    "{\"event\":\"frame\",\"frame\":9,\"status\":\"failed\",\"reason\":\"no "
+                    "memory\",\"seconds\":1.5,\"done\":2,"
+                    "\"total\":3}\n",
+                    "{\"event\":\"message\",\"text\":\"frame 8: odd \xEF\xBF\xBD\",\"frame\":8}\n",
+                    "{\"event\":\"message\",\"text\":\"frames: 1 written, 0 skipped, 1 failed (9), 1 not rendered\"}\n",
+                    "{\"event\":\"end\",\"written\":1,\"skipped\":0,\"failed\":[9],\"total\":3}\n"));
     EXPECT_THAT(error, ElementsAre("frame 9: failed: no memory\n", "frame 8: odd \xff\n",
                                    "frames: 1 written, 0 skipped, 1 failed (9), 1 not rendered\n"));
 }

@@ -53,6 +53,11 @@ TEST(CommandRenderOptions, StartWithTheDefaults) {
     EXPECT_FALSE(options.strict);
 }
 
+TEST(CommandRenderOptions, TheModuleHasAName) {
+    EXPECT_EQ(with("--module", "a.so").module, "a.so");
+    EXPECT_EQ(refusal("--module", ""), "--module: \"\" is not a file");
+}
+
 TEST(CommandRenderOptions, Depth) {
     EXPECT_EQ(with("--depth", "8").depth, 8);
     EXPECT_EQ(with("--depth", "16").depth, 16);

@@ -194,7 +194,29 @@ TEST_F(CommandRenderRun, KeepsTheOrderWhereItCounts) {
         return frame == 2 ? failure("no") : RenderedFrame{};
     };
     EXPECT_EQ(run(), ExitStatus::FrameFailed);
-    EXPECT_THAT(work.written, ElementsAre(5, 3, 1, 0, 6, 4));
+    EXPECT_THAT(work.written, ElementsAre(5, 3, 1, 0));
+}
+
+// Frames behind the failed one are rendered already when its turn comes; in the stream they would take its place.
+TEST_F(CommandRenderRun, AStreamEndsBeforeAFailedFrame) {
+    settings.threads = 2;
+    settings.order = FrameWriter::Order::ByPosition;
+    Gate thirdIsRendered;
+    work.onRender = [&](int frame, const std::atomic<bool>&) {
+        if (frame == 1) {
+            EXPECT_TRUE(thirdIsRendered.wait());
+            return failure("no");
+        }
+        if (frame == 2) {
+            thirdIsRendered.open();
+        }
+        return RenderedFrame{};
+    };
+    EXPECT_EQ(run(), ExitStatus::FrameFailed);
+    EXPECT_THAT(work.written, ElementsAre(0));
+    EXPECT_THAT(told, ::testing::Contains("frame 1: failed: no\n"));
+    EXPECT_THAT(told, ::testing::Contains("the stream ends before frame 1, as raw frames carry no numbers\n"));
+    EXPECT_EQ(summary(), "frames: 1 written, 0 skipped, 1 failed (1), 6 not rendered\n");
 }
 
 TEST_F(CommandRenderRun, GoesOnAfterAFailure) {
@@ -286,6 +308,33 @@ TEST_F(CommandRenderRun, AFrameThatTakesTooLongEndsTheProcessWithItsNumber) {
     EXPECT_THAT(work.written, ElementsAre(0, 1));  // what was rendered is written first
     EXPECT_THAT(told, ElementsAre("frame 2: failed: took longer than 0.05 seconds\n",
                                   "frames: 2 written, 0 skipped, 1 failed (2), 5 not rendered\n"));
+}
+
+// It is cancelled when the time is over, and comes to its end while an earlier frame is still written.
+TEST_F(CommandRenderRun, ALateFrameThatEndsAfterAllIsNeitherToldNorWritten) {
+    settings.frameTimeout = 0.05;
+    settings.frames = {0, 1};
+    Gate secondIsCancelled;
+    work.onRender = [&](int frame, const std::atomic<bool>& cancel) {
+        while (frame == 1 && !cancel) {
+            std::this_thread::yield();
+        }
+        if (frame == 0) {
+            return RenderedFrame{};
+        }
+        secondIsCancelled.open();
+        return saying("late");
+    };
+    work.onWrite = [&](int frame) {
+        if (frame == 0) {
+            EXPECT_TRUE(secondIsCancelled.wait());
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));  // so that a late frame could be submitted
+        }
+    };
+    EXPECT_EQ(run(), ExitStatus::FrameFailed);
+    EXPECT_THAT(work.written, ElementsAre(0));
+    EXPECT_THAT(told, ElementsAre("frame 1: failed: took longer than 0.05 seconds\n",
+                                  "frames: 1 written, 0 skipped, 1 failed (1)\n"));
 }
 
 TEST_F(CommandRenderRun, WritingIsNotHeldAgainstTheFrameTimeout) {

@@ -2,6 +2,8 @@
 #include <thread>
 
 #include "Host/EffectHost.h"
+#include "Host/HostError.h"
+#include "HostInterface/AegpSuites.h"
 #include "Tests/Unit/Host/HostFixture.h"
 
 namespace TessavoyHost {
@@ -42,7 +44,7 @@ TEST_F(HostFrame, TellsTheModuleItsMoment) {
     Project project = FakeProject::project();
     project.composition.frameRate = {30000, 1001};
     project.layers[0] =
-        std::make_shared<FakeProject::StillLayer>("Plate", FakeProject::solidImage(60, 40, 1, 2, 3), 1.001, 2);
+        std::make_shared<FakeProject::StillLayer>("Plate", FakeProject::solidImage(60, 40, 1, 2, 3), 1.001, 2.0005);
     FrameRequest request;
     request.frame = 40;
     request.downsampleX = {1, 2};
@@ -53,6 +55,7 @@ TEST_F(HostFrame, TellsTheModuleItsMoment) {
             EXPECT_EQ(in->time_scale, 30000u);
             EXPECT_EQ(in->time_step, 1001);
             EXPECT_EQ(in->current_time, 40 * 1001 - 30030);
+            EXPECT_EQ(in->total_time, 60015);  // 2.0005 seconds of the layer
             EXPECT_EQ(in->width, 60);
             EXPECT_EQ(in->height, 40);
             EXPECT_EQ(in->downsample_x.num, 1);
@@ -153,6 +156,46 @@ TEST_F(HostFrame, CarriesTheModulesErrorAndMessage) {
     EXPECT_EQ(result.message, "out of paint");
     EXPECT_TRUE(result.displayError);
     EXPECT_FALSE(result.output.hasPixels());
+}
+
+// A layer whose file went away after the scene was read.
+class LostLayer : public FakeProject::StillLayer {
+public:
+    LostLayer() : StillLayer("Lost", FakeProject::solidImage(100, 80, 1, 2, 3)) {}
+    std::shared_ptr<const Image> frameAt(double) override {
+        throw HostError(ExitStatus::FrameFailed, "lost.png: the file is gone");
+    }
+};
+
+Project projectWithLostLayer() {
+    Project project = FakeProject::project();
+    project.layers[0] = std::make_shared<LostLayer>();
+    return project;
+}
+
+TEST_F(HostFrame, FailsWithTheHostEvenWhereTheModuleGoesOn) {
+    FakeEffect::hooks().render = [](PF_InData* in, PF_OutData* out, PF_SmartRenderExtra* extra) {
+        PF_EffectWorld* pixels = nullptr;
+        EXPECT_NE(extra->cb->checkout_layer_pixels(in->effect_ref, 0, &pixels), PF_Err_NONE);
+        std::snprintf(out->return_msg, sizeof out->return_msg, "all is well");
+        return PF_Err{0};
+    };
+    EffectHost host(FakeEffect::entryPoints());
+    const FrameResult result = host.createInstance(projectWithLostLayer())->renderFrame({});
+    EXPECT_EQ(result.error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_EQ(result.message, "lost.png: the file is gone");
+    EXPECT_FALSE(result.output.hasPixels());
+}
+
+// What the module says through the host is no failure.
+TEST_F(HostFrame, ComesOutWellWhenTheModuleReports) {
+    const FrameResult result = renderWith(FakeProject::project(), [](PF_InData* in) {
+        const void* suite = nullptr;
+        ASSERT_EQ(in->pica_basicP->AcquireSuite("AEGP Utility Suite", 7, &suite), PF_Err_NONE);
+        static_cast<const AEGP_UtilitySuite3*>(suite)->AEGP_ReportInfo(1, "a remark");
+        in->pica_basicP->ReleaseSuite("AEGP Utility Suite", 7);
+    });
+    EXPECT_EQ(result.message, "a remark");
 }
 
 TEST_F(HostFrame, NamesWhatACommandLeftOut) {

@@ -12,8 +12,12 @@ namespace {
 
 using namespace SceneFixture;
 using nlohmann::json;
+using ::testing::AllOf;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::Lt;
+using ::testing::SizeIs;
 using ::testing::StartsWith;
 
 TEST(SceneFile, ARightSceneIsReadWhole) {
@@ -36,6 +40,63 @@ TEST(SceneFile, TheVersionMustBeOne) {
                 ElementsAre("scene.json: tessavoy: this command reads version 1 of the format, not \"1\""));
     scene.erase("tessavoy");
     EXPECT_THAT(refusal(scene), ElementsAre("scene.json: tessavoy: missing"));
+}
+
+TEST(SceneFile, AVersionOfAnotherKindIsToldInWords) {
+    auto scene = rightScene();
+    const std::string start = "scene.json: tessavoy: this command reads version 1 of the format, not ";
+    scene["tessavoy"] = json::array({1, 2});
+    EXPECT_THAT(refusal(scene), ElementsAre(start + "a list"));
+    scene["tessavoy"] = std::string(33, 'v');
+    EXPECT_THAT(refusal(scene), ElementsAre(start + "text"));
+    scene["tessavoy"] = 1.5;
+    EXPECT_THAT(refusal(scene), ElementsAre(start + "1.5"));
+}
+
+// The right scene's text with 200,000 nested lists or objects for the value that is called "here".
+std::string deepText(json scene, const json::json_pointer& place, bool ofObjects) {
+    constexpr std::size_t depth = 200000;
+    std::string value;
+    for (std::size_t i = 0; i < depth; ++i) {
+        value += ofObjects ? "{\"keys\":" : "[";
+    }
+    value.append(1, '1').append(depth, ofObjects ? '}' : ']');
+    scene[place] = "here";
+    std::string text = scene.dump();
+    return text.replace(text.find("\"here\""), 6, value);
+}
+
+TEST(SceneFile, DeepNestingIsRefusedWhereverItStands) {
+    for (const char* place : {"/tessavoy",
+                              "/composition",
+                              "/composition/frameRate",
+                              "/composition/duration",
+                              "/layers",
+                              "/layers/0",
+                              "/layers/0/name",
+                              "/layers/0/image",
+                              "/layers/1/solid",
+                              "/masks",
+                              "/masks/0/vertices",
+                              "/camera",
+                              "/camera/zoom",
+                              "/effect",
+                              "/effect/layer",
+                              "/effect/script",
+                              "/effect/names",
+                              "/effect/parameters",
+                              "/effect/parameters/CountX",
+                              "/effect/parameters/ShapeType",
+                              "/effect/parameters/InstanceColor",
+                              "/effect/parameters/CenterPos",
+                              "/effect/parameters/Gradient.Custom1",
+                              "/effect/parameters/Ramp.Custom1",
+                              "/unknown"}) {
+        for (const bool ofObjects : {false, true}) {
+            const auto lines = textRefusal(deepText(rightScene(), json::json_pointer(place), ofObjects));
+            EXPECT_THAT(lines, Each(AllOf(StartsWith("scene.json: "), SizeIs(Lt(200u))))) << place;
+        }
+    }
 }
 
 TEST(SceneFile, UnknownAndMissingPartsAreNamed) {
@@ -65,6 +126,11 @@ TEST(SceneFile, KeysThatStandTwiceAreRefused) {
     auto text = rightScene().dump();
     text.insert(text.find("\"effect\""), "\"effect\": {}, ");
     EXPECT_THAT(textRefusal(text), ElementsAre("scene.json: effect: stands twice"));
+    // Whichever name is meant, what refers to the other is no mistake of its own.
+    text = rightScene().dump();
+    text.insert(text.find("\"name\":\"Plate\""), "\"name\": \"Plate\", ");
+    text.replace(text.find("\"name\":\"Plate\""), 14, "\"name\":\"Back\"");
+    EXPECT_THAT(textRefusal(text), ElementsAre("scene.json: layers[0].name: stands twice"));
 }
 
 TEST(SceneFile, AFileThatCanNotBeReadIsNamed) {

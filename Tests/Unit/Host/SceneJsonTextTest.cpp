@@ -38,7 +38,12 @@ TEST(SceneJsonText, TextThatIsNotUtf8IsRefused) {
 }
 
 TEST(SceneJsonText, ANumberBeyondAllRangesIsRefused) {
-    EXPECT_EQ(problemsOf("{\"a\": 1e999}").size(), 1u);
+    EXPECT_THAT(problemsOf("{\"a\": 1e999}"), ElementsAre("line 1, column 7: 1e999 is beyond the range of numbers"));
+    EXPECT_THAT(problemsOf("{ // 1e999\n  \"a\": [1, 1e308,\n-1e999, 2e999]}"),
+                ElementsAre("line 3, column 1: -1e999 is beyond the range of numbers"));
+    EXPECT_THAT(problemsOf("1e999"), ElementsAre("line 1, column 1: 1e999 is beyond the range of numbers"));
+    EXPECT_THAT(problemsOf("[" + std::string(400, '9') + "]"),
+                ElementsAre("line 1, column 2: " + std::string(32, '9') + "... is beyond the range of numbers"));
 }
 
 TEST(SceneJsonText, AKeyThatStandsTwiceIsNamedByItsPlace) {

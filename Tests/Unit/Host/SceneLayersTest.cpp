@@ -109,6 +109,53 @@ TEST(SceneLayers, ALoneHashIsPartOfAStillsName) {
     EXPECT_EQ(readJson(withLayer({{"name", "S"}, {"image", "take #2.png"}})).layers.at(2)->duration(), 4.0);
 }
 
+TEST(SceneLayers, ALoneHashOfASequenceIsTheOnlyThingToldOfIt) {
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}, {"image", "missing.#.png"}, {"first", 1}, {"count", 2}})),
+                ElementsAre(place + ".image: a lone # means a number to some tools and not to others; write ## or %d"));
+}
+
+TEST(SceneLayers, ASequencesNumberStandsInTheFilesName) {
+    const std::string told = ".image: has no place for the number in the file's name; write ## or %d where it stands";
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}, {"image", "missing.png"}, {"count", 2}})), ElementsAre(place + told));
+    EXPECT_THAT(refusal(withLayer({{"name", "S"}, {"image", "take ##/missing.png"}, {"first", 1}, {"cuont", 2}})),
+                ElementsAre(place + ".cuont: unknown key; did you mean \"count\"?", place + told));
+}
+
+TEST(SceneLayers, FoldersMayLookLikeNumberPlaces) {
+    std::vector<std::string> probed;
+    ImageAccess images = fakeImages();
+    images.probe = [&probed](const std::filesystem::path& file) {
+        probed.push_back(file.string());
+        return PixelSize{1, 1};
+    };
+    auto scene = rightScene();
+    scene["layers"][1] = {{"name", "S"}, {"image", "p%d/take [##]/walk.###.png"}, {"first", 7}, {"count", 1}};
+    readScene({"shot ##/scene.json", scene.dump()}, fakeTable(), {}, images);
+    EXPECT_THAT(probed, ElementsAre("shot ##/plate.png", "shot ##/p%d/take [##]/walk.007.png"));
+}
+
+// At 25 units a second the clock ends at 2147483647 / 25 = 85899345.88 seconds.
+TEST(SceneLayers, ASequenceMustFitTheHostsClock) {
+    const auto refused = [](double start, const json& rate) {
+        return refusal(withLayer({{"name", "S"},
+                                  {"image", "missing.##.png"},
+                                  {"first", 1},
+                                  {"count", 1},
+                                  {"start", start},
+                                  {"frameRate", rate}}));
+    };
+    const std::string tail = " seconds, which is more than the host's clock holds at 25 units a second";
+    const std::string missing = place + ".image: missing.01.png: there is no such file";
+    EXPECT_THAT(refused(85899346, 1), ElementsAre(place + ": runs from 85899346 to 85899347" + tail));
+    EXPECT_THAT(refused(85899345, 1), ElementsAre(place + ": runs from 85899345 to 85899346" + tail));
+    EXPECT_THAT(refused(-85899346, 1), ElementsAre(place + ": runs from -85899346 to -85899345" + tail));
+    EXPECT_THAT(refused(0, "1/100000000"), ElementsAre(place + ": runs from 0 to 100000000" + tail));
+    EXPECT_THAT(refused(85899344, 1), ElementsAre(missing));
+    // The composition ends 4 seconds after its start; its end in layer time is the start's distance and these.
+    EXPECT_THAT(refused(-85899342, 1), ElementsAre(place + ": runs from -85899342 to -85899341" + tail));
+    EXPECT_THAT(refused(-85899341, 1), ElementsAre(missing));
+}
+
 class SceneSequence : public ::testing::Test {
 protected:
     void SetUp() override {

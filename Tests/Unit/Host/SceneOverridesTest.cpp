@@ -78,6 +78,25 @@ TEST(SceneOverrides, TheScriptComesFromItsFile) {
                 ElementsAre("--script: no/such.lua: No such file or directory"));
 }
 
+TEST(SceneOverrides, AScriptThatIsReplacedNeedNotBeThere) {
+    const auto file = std::filesystem::temp_directory_path() / "tessavoy-scene-replaced.lua";
+    std::ofstream(file) << "z = 2";
+    auto scene = rightScene();
+    scene["effect"]["script"] = "no/such.lua";
+    EXPECT_THAT(refusal(scene), ElementsAre("scene.json: effect.script: no/such.lua: No such file or directory"));
+    EXPECT_EQ(readJson(scene, {{}, file}).script, "z = 2");
+    scene["effect"]["script"] = 7;
+    EXPECT_THAT(textRefusal(scene.dump(), {{}, file}),
+                ElementsAre("scene.json: effect.script: must be text, not a number"));
+    std::filesystem::remove(file);
+}
+
+TEST(SceneOverrides, DeepNestingIsRefused) {
+    const std::size_t depth = 200000;
+    EXPECT_THAT(setRefusal({{"CountX", std::string(depth, '[') + std::string(depth, ']')}}),
+                ElementsAre("--set CountX: must be a number, not a list"));
+}
+
 TEST(SceneOverrides, AWrongSceneIsToldFirst) {
     EXPECT_THAT(textRefusal("{", {{{"CountZ", "1"}}, {}}), ElementsAre(StartsWith("scene.json: line 1")));
 }

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
+#include "Host/HostError.h"
+
 namespace TessavoyHost {
 namespace {
 
@@ -30,6 +34,25 @@ TEST(HostTimeBase, FindsTheFractionBehindOtherTimes) {
     EXPECT_EQ(seconds(time), 10.0 / 24);
     EXPECT_EQ(toTime(-1001.0 / 30000, 25).value, -1001);
     EXPECT_EQ(toTime(-1001.0 / 30000, 25).scale, 30000u);
+}
+
+// 100000 seconds are 3 * 10^9 units of 1 / 30000 second, beyond 2^31 - 1.
+TEST(HostTimeBase, TakesACoarserScaleForTimesThatDoNotFit) {
+    EXPECT_EQ(toTime(100000, 30000).value, 100000);
+    EXPECT_EQ(toTime(100000, 30000).scale, 1u);
+    EXPECT_EQ(toTime(-100000.5, 30000).value, -200001);
+    EXPECT_EQ(toTime(-100000.5, 30000).scale, 2u);
+    EXPECT_EQ(toTime(2147483647, 1).value, 2147483647);
+}
+
+TEST(HostTimeBase, RefusesTimesBeyondTheClock) {
+    EXPECT_THROW(toTime(2147483648.0, 1), HostError);
+    EXPECT_THROW(toTime(-1e300, 25), HostError);
+    EXPECT_THROW(toTime(std::numeric_limits<double>::quiet_NaN(), 25), HostError);
+    EXPECT_THROW(TimeBase({100, 100, {30000, 1001}, 10}, 100000), HostError);
+    EXPECT_THROW(TimeBase({100, 100, {30000, 1001}, 10}, -100000), HostError);
+    // 71582.788 * 30000 is 2147483640.
+    EXPECT_EQ(TimeBase({100, 100, {30000, 1001}, 10}, -71582.788).start, -2147483640);
 }
 
 TEST(HostProject, CountsFramesThatBeginBeforeTheEnd) {

@@ -210,6 +210,12 @@ TEST(BatchWalk, AnOversizedCellThatIsHiddenCountsNothing) {
     EXPECT_EQ(batches.front().written.vertexCount, 2U * (2 * 3 * 20002 + 1));
 }
 
+TEST(BatchWalkDeathTest, DrawingWithoutARenderContextIsAnAssertion) {
+    const int context = 0;
+    requireRenderContext(&context);
+    EXPECT_DEATH(requireRenderContext(nullptr), "renderContext != nullptr.*Source/RenderGrid");
+}
+
 TEST(BatchWalkDeathTest, VerticesWithoutIndicesAreAnAssertion) {
     GridScene scene;
     FunctionScript script([](const CellScriptInputs&, InstanceState& cell) {
