@@ -14,7 +14,7 @@ endif()
 # -O2 and no contraction, so that the evaluation gives the same bits from every compiler. NDEBUG is left out on purpose:
 # assertions stay in the product.
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g1")
-set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -g -fno-omit-frame-pointer")
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -g1 -fno-omit-frame-pointer")
 set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g")
 
 add_compile_options(
