@@ -118,7 +118,7 @@ void drawRectangles(AESDK_OpenGL_EffectRenderData& renderData, const ViewProject
     std::memcpy(buffers.indices(), indices.data(), indices.size() * sizeof(std::uint32_t));
     buffers.unmap();
     DrawInstanceBatch(renderData, static_cast<std::int32_t>(indices.size()), sizeof(Vertex), textured, settings.atlas,
-                      view, settings.fog, settings.zDepth, settings.multiplier16bit, settings.blendMode);
+                      {view, settings.fog, settings.zDepth, settings.multiplier16bit, settings.blendMode});
 }
 
 }  // namespace
