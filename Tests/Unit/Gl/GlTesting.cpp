@@ -7,19 +7,12 @@
 #include <glbinding/gl33core/gl.h>
 
 #include <cstring>
-#include <iostream>
 
 using namespace gl33core;
 
 namespace Tessavoy::Testing {
 
 using namespace AESDK_OpenGL;
-
-QuietOutput::QuietOutput() : mPrevious(std::cout.rdbuf(mText.rdbuf())) {}
-
-QuietOutput::~QuietOutput() {
-    std::cout.rdbuf(mPrevious);
-}
 
 void GlTest::SetUp() {
     const QuietOutput quiet;
@@ -87,6 +80,18 @@ int liveObjects() {
         }
     }
     return count;
+}
+
+std::int32_t glState(gl::GLenum name) {
+    GLint state = -1;
+    glGetIntegerv(name, &state);
+    return state;
+}
+
+float uniformOf(std::uint32_t program, const char* name) {
+    float value = -1;
+    glGetUniformfv(program, glGetUniformLocation(program, name), &value);
+    return value;
 }
 
 void expectNear(const Colour& actual, const Colour& expected, float tolerance) {

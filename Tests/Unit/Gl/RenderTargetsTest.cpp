@@ -243,12 +243,8 @@ TEST_F(RenderTargetsTest, releasingLeavesNothingBound) {
     beginScene(3, 2);
     glBindTexture(GL_TEXTURE_2D, renderData().sceneTexture);
     releaseTargets();
-    GLint framebuffer = -1;
-    GLint texture = -1;
-    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &framebuffer);
-    glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture);
-    EXPECT_EQ(framebuffer, 0);
-    EXPECT_EQ(texture, 0);
+    EXPECT_EQ(Testing::glState(GL_DRAW_FRAMEBUFFER_BINDING), 0);
+    EXPECT_EQ(Testing::glState(GL_TEXTURE_BINDING_2D), 0);
     EXPECT_TRUE(Testing::takeGlErrors().empty());
 }
 
