@@ -121,8 +121,8 @@ public:
         endStage(FrameStage::Emission);
         DrawInstanceBatch(mRenderData, static_cast<std::int32_t>(written.indexCount),
                           static_cast<std::int32_t>(written.vertexStride), mEvaluator.isTextured(), mAtlas.textureName,
-                          mEvaluator.viewProjection(), mSurroundings.fog, mSurroundings.zDepth,
-                          mEvaluator.multiplier16bit(), mEvaluator.snapshot().BlendMode);
+                          {mEvaluator.viewProjection(), mSurroundings.fog, mSurroundings.zDepth,
+                           mEvaluator.multiplier16bit(), mEvaluator.snapshot().BlendMode});
     }
 
 private:
