@@ -143,16 +143,21 @@ void startScene(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRende
     clearTarget();
 }
 
+/// The end of the instances: back to render size, and nothing of their surroundings kept.
+void endScene(const ParameterSnapshot& snapshot, const GridDrawing& drawing, Surroundings& surroundings) {
+    if (snapshot.MSAA == PopupValues::FourSamples) {
+        setViewport(drawing.width, drawing.height);
+    }
+    surroundings.deleteFogTexture();
+}
+
 /// Brings the scene down to render size.
 void resolveScene(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderData& renderData,
                   const ParameterSnapshot& snapshot, const GridDrawing& drawing) {
-    const bool multisampled = snapshot.MSAA == PopupValues::FourSamples;
-    if (multisampled) {
-        setViewport(drawing.width, drawing.height);
-    }
     startPass(inData, outData, renderData, renderData.resolveTexture);
     clearTarget();
-    DrawFullPicture(renderData, drawing.width, drawing.height, renderData.sceneTexture, blendOff, multisampled);
+    DrawFullPicture(renderData, drawing.width, drawing.height, renderData.sceneTexture, blendOff,
+                    snapshot.MSAA == PopupValues::FourSamples);
 }
 
 }  // namespace
@@ -179,7 +184,7 @@ void DrawGrid(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderD
 
     DrawingSink sink(renderData, evaluator, atlas, surroundings);
     writeBatches(instances, order, sink);
-    surroundings.deleteFogTexture();
+    endScene(snapshot, drawing, surroundings);
     resolveScene(inData, outData, renderData, snapshot, drawing);
 }
 
