@@ -45,6 +45,7 @@ ScriptHost::~ScriptHost() {
 
 bool ScriptHost::compile(PF_InData* inData, const char* text, const ParameterSnapshot* snapshot) {
     release(inData);
+    mSnapshot = snapshot;
     makeState();
     if (loadChunk(inData, mState, text) != LUA_OK || lua_pcallk(mState, 0, 0, 0, 0, nullptr) != LUA_OK) {
         return fail();

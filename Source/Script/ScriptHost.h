@@ -56,6 +56,10 @@ public:
     // What the API functions need of the frame.
 
     PF_InData* inData() const { return mInData; }
+
+    /// What `compile` was given.
+    const ParameterSnapshot* snapshot() const { return mSnapshot; }
+
     float downsampleX() const { return mDownsampleX; }
     float downsampleY() const { return mDownsampleY; }
 
@@ -80,6 +84,7 @@ private:
     void rethrowKeptFailure();
 
     PF_InData* mInData = nullptr;
+    const ParameterSnapshot* mSnapshot = nullptr;
     lua_State* mState = nullptr;
     char* mErrorText = nullptr;  ///< in host memory
     float mDownsampleX = 1.0F;
