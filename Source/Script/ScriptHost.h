@@ -43,7 +43,8 @@ public:
     /// On failure the cell is as it was, `errorText` says why, and the state is closed, so that all later calls leave
     /// their cells alone.
     ///
-    /// A failure of the host inside an API function comes out as it was thrown there, whatever the script made of it.
+    /// A failure of the host inside an API function comes out as it was thrown there, whatever the script made of it;
+    /// the state is closed then too.
     /// The inputs' matrix must live until the next call or `release`.
     bool runCell(PF_InData* inData, const CellScriptInputs& inputs, InstanceState& cell);
 
