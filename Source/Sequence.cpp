@@ -178,11 +178,16 @@ std::optional<SavedTexts> readTexts(Bytes block) {
     return SavedTexts{std::move(*script), std::move(*names)};
 }
 
+void setScriptError(SequenceData& record, std::string text) {
+    const std::lock_guard lock(scriptErrorMutex());
+    record.scriptError = std::move(text);
+}
+
 void loadScript(PF_InData* inData, std::string script, SequenceData& record) {
     record.script = std::move(script);
-    record.scriptError.clear();
+    setScriptError(record, {});
     if (!record.script.empty()) {
-        record.scriptError = compileErrorOf(inData, record.script);
+        setScriptError(record, compileErrorOf(inData, record.script));
     }
 }
 
@@ -296,6 +301,14 @@ bool recordScriptError(SequenceData& record, std::string text) {
     }
     record.scriptError = std::move(text);
     return true;
+}
+
+PF_Err validateScript(SequenceData* sequence, PF_InData* inData, const char* text) {
+    if (sequence == nullptr || sequence->flatten) {
+        return PF_Err_INTERNAL_STRUCT_DAMAGED;
+    }
+    loadScript(inData, text == nullptr ? std::string() : std::string(text), *sequence);
+    return PF_Err_NONE;
 }
 
 PF_Err SequenceSetup(PF_InData* inData, PF_OutData* outData) {

@@ -71,6 +71,11 @@ bool hasScriptError(const SequenceData& record);
 /// that share the record.
 bool recordScriptError(SequenceData& record, std::string text);
 
+/// Stores a new script, which switches a failed one on again: its text, up to the closing zero, and as `scriptError`
+/// the message that compiling it gives. Null clears the script. 512 without a record or with one in its saved form; 4
+/// (thrown as PF_ErrorValue) without host memory. Called by the script's editor, never while a frame is rendered.
+PF_Err validateScript(SequenceData* sequence, PF_InData* inData, const char* text);
+
 /// PF_Cmd_SEQUENCE_SETUP: gives the host a handle with an empty record. 4 when the host has no memory.
 PF_Err SequenceSetup(PF_InData* inData, PF_OutData* outData);
 

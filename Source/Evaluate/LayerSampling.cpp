@@ -45,17 +45,23 @@ LayerPixels resolveShallow(const PF_InData* inData, PF_LayerDef* layer) {
                              : pixelsAt(Depth::Float, floatPixels(inData, layer), *layer);
 }
 
-LayerPixels resolve(const LayerSlots& layers, A_long slot) {
+/// The layer in a slot; null for an empty slot, an entry that is no layer, and behind the list.
+const PF_LayerDef* layerIn(const LayerSlots& layers, A_long slot) {
     const std::size_t index = static_cast<std::size_t>(layers.firstLayerCheckout) + static_cast<std::size_t>(slot - 1);
     if (index >= layers.checkouts.size()) {
-        return {};
+        return nullptr;
     }
     const PF_ParamDef& entry = layers.checkouts[index];
-    if (entry.param_type != PF_Param_LAYER || entry.u.ld.data == nullptr) {
+    return entry.param_type != PF_Param_LAYER || entry.u.ld.data == nullptr ? nullptr : &entry.u.ld;
+}
+
+LayerPixels resolve(const LayerSlots& layers, A_long slot) {
+    const PF_LayerDef* found = layerIn(layers, slot);
+    if (found == nullptr) {
         return {};
     }
     // The host's functions take a world that they could write to, and only read it.
-    auto* layer = const_cast<PF_LayerDef*>(&entry.u.ld);
+    auto* layer = const_cast<PF_LayerDef*>(found);
     const bool isDeep = (layer->world_flags & PF_WorldFlag_DEEP) != 0;
     return isDeep ? resolveDeep(layers.inData, layer) : resolveShallow(layers.inData, layer);
 }
@@ -133,6 +139,15 @@ double channelOf(const std::array<float, 4>& rgba, A_long source) {
 }
 
 }  // namespace
+
+bool LayerSlots::holdPixels() const {
+    for (A_long slot = 1; slot <= CustomParametersCount; ++slot) {
+        if (layerIn(*this, slot) != nullptr) {
+            return true;
+        }
+    }
+    return false;
+}
 
 void LayerSlots::clear() {
     checkouts.clear();

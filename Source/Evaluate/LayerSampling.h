@@ -35,6 +35,9 @@ struct LayerSlots {
 
     mutable std::array<std::optional<LayerPixels>, CustomParametersCount> resolved{};
 
+    /// Whether any slot holds a layer with pixels.
+    bool holdPixels() const;
+
     /// Empties the list and forgets every address, as when the parameters have been checked in.
     void clear();
 };

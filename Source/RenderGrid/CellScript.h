@@ -29,6 +29,10 @@ public:
     /// then the cell is as it was. May throw.
     virtual bool runCell(PF_InData* inData, const CellScriptInputs& inputs, InstanceState& cell) = 0;
 
+    /// Whether running it would change nothing in any cell but infinities, which every script leaves as 0; the grid
+    /// then spares itself the runs.
+    virtual bool changesNothing() const { return false; }
+
     /// Called after each failure, with the cell that it happened on.
     virtual void reportFailure(PF_InData* inData, PF_OutData* outData, const InstanceState& cell) = 0;
 };

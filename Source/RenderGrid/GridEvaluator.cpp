@@ -1,10 +1,10 @@
 #include "Source/RenderGrid/GridEvaluator.h"
 
-#include "Source/Assert.h"
 #include "Source/Parameter/PopupValues.h"
-#include "Source/Sequence.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <limits>
 
 namespace Tessavoy {
@@ -27,9 +27,27 @@ FrameChoice frameChoice(const ParameterSnapshot& snapshot, const PF_InData& inDa
     return choice;
 }
 
-void requireLiveSequenceData(const PF_InData* inData) {
-    const SequenceAccess sequenceDataPtr(inData);
-    TESSAVOY_ASSERT(sequenceDataPtr.get() == nullptr || !sequenceDataPtr->flatten, "!sequenceDataPtr->flatten");
+CellScript* runnable(CellScript* script) {
+    return script != nullptr && script->changesNothing() ? nullptr : script;
+}
+
+/// What a script that assigns nothing does to a live cell: infinities become 0.
+void clearInfinities(InstanceState& cell) {
+    constexpr std::array fields = {
+        &InstanceState::x,       &InstanceState::y,       &InstanceState::z,           &InstanceState::angleX,
+        &InstanceState::angleY,  &InstanceState::angle,   &InstanceState::radius,      &InstanceState::r,
+        &InstanceState::g,       &InstanceState::b,       &InstanceState::a,           &InstanceState::feather,
+        &InstanceState::anchorX, &InstanceState::anchorY, &InstanceState::strokeWidth, &InstanceState::scaleX,
+        &InstanceState::scaleY,
+    };
+    if (cell.visible == 0) {
+        return;
+    }
+    for (const auto field : fields) {
+        if (std::isinf(cell.*field)) {
+            cell.*field = 0.0F;
+        }
+    }
 }
 
 }  // namespace
@@ -44,16 +62,16 @@ GridEvaluator::GridEvaluator(PF_InData* inData, PF_OutData* outData, ParameterSn
       mMultiplier16bit(multiplier16bit),
       mViewProjection(viewProjection),
       mAtlas(atlas),
-      mScript(script),
+      mScript(runnable(script)),
+      mClearsInfinities(script != nullptr && mScript == nullptr && snapshot.layers.holdPixels()),
       mShape{std::max(snapshot.CountX, 0), std::max(snapshot.CountY, 0), snapshot.HexGrid},
       mTextured(snapshot.ShapeType == PopupValues::TexturedQuad && snapshot.shapeTextureLayer() != nullptr),
       mGridMatrix(buildGridMatrix(snapshot, viewProjection, mPlace)),
-      mCells(snapshot, frameChoice(snapshot, *inData, atlas), script == nullptr),
+      mCells(snapshot, frameChoice(snapshot, *inData, atlas), mScript == nullptr),
       mCellMatrix(snapshot, mGridMatrix, mPlace),
       mPartLayout(snapshot),
       mPrototype(mCells.prototype()),
-      mPlaceOnly(script == nullptr && mCells.hasConstantMatrixFields()) {
-    requireLiveSequenceData(inData);
+      mPlaceOnly(mScript == nullptr && mCells.hasConstantMatrixFields()) {
     if (mPlaceOnly) {
         mCellMatrix.prepare(mPrototype);
         mCellMatrix.build(mPrototype);
@@ -83,6 +101,9 @@ void GridEvaluator::EvaluateCell(A_long index, InstanceState& cell) const {
 void GridEvaluator::evaluateFields(const CellBlock& block, InstanceState* cells) const {
     if (mScript == nullptr) {
         mCells.evaluate(block, cells);
+        if (mClearsInfinities) {
+            std::for_each_n(cells, block.count, clearInfinities);
+        }
         return;
     }
     std::fill_n(cells, block.count, mPrototype);

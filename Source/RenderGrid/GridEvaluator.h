@@ -21,8 +21,7 @@ namespace Tessavoy {
 class GridEvaluator {
 public:
     /// place: the origin counts only without a camera. script: null for none; not owned, nor is anything else. In a
-    /// measurement of depths the atlas is one without a build. It is an assertion that the instance's sequence data is
-    /// in its form for use.
+    /// measurement of depths the atlas is one without a build.
     GridEvaluator(PF_InData* inData, PF_OutData* outData, ParameterSnapshot& snapshot, const FramePlace& place,
                   float multiplier16bit, const ViewProjection& viewProjection, const TextureAtlas& atlas,
                   CellScript* script = nullptr);
@@ -86,7 +85,8 @@ private:
     float mMultiplier16bit;
     const ViewProjection& mViewProjection;
     const TextureAtlas& mAtlas;
-    CellScript* mScript;
+    CellScript* mScript;  ///< null for none and for one that changes nothing
+    bool mClearsInfinities;  ///< in place of a script that changes nothing; only layers in floats hold any
     GridShape mShape;
     bool mTextured;
     Matrix mGridMatrix;

@@ -10,6 +10,7 @@
 #include "Source/Parameter/PopupValues.h"
 #include "Source/RenderGrid/GridEvaluator.h"
 #include "Source/RenderGrid/GridInstances.h"
+#include "Source/RenderGrid/GridScript.h"
 #include "Source/Shell/Camera.h"
 #include "Source/Shell/FrameStages.h"
 #include "Source/TextureAtlas.h"
@@ -176,7 +177,8 @@ void DrawGrid(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderD
     endStage(FrameStage::Preparation);
     // The scene target holds what lies behind the instances; all that they read is on the GPU.
 
-    GridEvaluator evaluator(inData, outData, snapshot, place, drawing.multiplier16bit, view, atlas);
+    GridScript script(inData, snapshot);
+    GridEvaluator evaluator(inData, outData, snapshot, place, drawing.multiplier16bit, view, atlas, script.usable());
     const GridInstances instances(evaluator);
     DrawOrder order = drawOrderOf(instances);
     endStage(FrameStage::Evaluation);
@@ -192,7 +194,9 @@ void MeasureZBounds(PF_InData* inData, PF_OutData* outData, ParameterSnapshot& s
                     ZBounds& bounds) {
     const ViewProjection view = viewOf(inData, snapshot, drawing);
     const TextureAtlas atlas;
-    GridEvaluator evaluator(inData, outData, snapshot, placeOf(inData, drawing), drawing.multiplier16bit, view, atlas);
+    GridScript script(inData, snapshot);
+    GridEvaluator evaluator(inData, outData, snapshot, placeOf(inData, drawing), drawing.multiplier16bit, view, atlas,
+                            script.usable());
     MeasureZBounds(evaluator, bounds);
 }
 

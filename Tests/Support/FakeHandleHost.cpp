@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
 #include <map>
 #include <memory>
@@ -135,6 +136,7 @@ FakeHandleHost::FakeHandleHost() {
     utilities.host_dispose_handle = disposeHandle;
     utilities.host_get_handle_size = handleSize;
     utilities.ansi.strcpy = copyText;
+    utilities.ansi.sprintf = std::sprintf;
     inData.pica_basicP = &basic;
     inData.utils = &utilities;
     inData.effect_ref = reinterpret_cast<PF_ProgPtr>(this);

@@ -1,6 +1,5 @@
 #include "Source/RenderGrid/GridEvaluator.h"
 
-#include "Source/Sequence.h"
 #include "Tests/Unit/RenderGrid/ReferenceCell.h"
 #include "Tests/Unit/RenderGrid/RenderGridFixture.h"
 
@@ -449,16 +448,6 @@ TEST(GridEvaluator, TheAnimationMovesFramesByTheFrameNumberTimesTheSpeed) {
     EXPECT_EQ(evaluatedCell(scene).spriteIndex, 1);
     scene.snapshot.ShapeFramesAnimationSequence = true;
     EXPECT_EQ(evaluatedCell(scene).spriteIndex, 6);  // 6 / 11 of ten steps is 5.45
-}
-
-TEST(GridEvaluatorDeathTest, SequenceDataMustBeInTheFormForUse) {
-    GridScene scene;
-    SequenceData record;
-    void* block = &record;
-    scene.host.constSequenceData = &block;
-    EXPECT_NO_THROW(scene.evaluator());
-    record.flatten = true;
-    EXPECT_DEATH(scene.evaluator(), "!sequenceDataPtr->flatten");
 }
 
 }  // namespace
