@@ -32,7 +32,4 @@ private:
     const std::string mSoftware;  // name and version, for the files
 };
 
-// A failure of the module in words: its message, or what the error stands for, and the error's number.
-std::string failureInWords(PF_Err error, const std::string& message);
-
 }  // namespace TessavoyHost
