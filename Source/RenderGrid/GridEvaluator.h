@@ -85,7 +85,7 @@ private:
     float mMultiplier16bit;
     const ViewProjection& mViewProjection;
     const TextureAtlas& mAtlas;
-    CellScript* mScript;  ///< null for none and for one that changes nothing
+    CellScript* mScript;     ///< null for none and for one that changes nothing
     bool mClearsInfinities;  ///< in place of a script that changes nothing; only layers in floats hold any
     GridShape mShape;
     bool mTextured;
