@@ -2,13 +2,18 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <atomic>
 #include <charconv>
 #include <csignal>
 #include <exception>
 #include <string_view>
 
+#include "Host/Command/Outlets.h"
+#include "Host/Command/OutputChannel.h"
 #include "Host/Command/StandardError.h"
+#include "Host/SignalStack.h"
 
 namespace TessavoyHost {
 namespace {
@@ -20,33 +25,90 @@ volatile std::sig_atomic_t stage = SettingUp;
 volatile std::sig_atomic_t statusOfCrash = static_cast<int>(ExitStatus::Module);
 thread_local volatile int frameInWork = -1;  // of this thread
 
-void writeInHandler(std::string_view text) {
-    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, text.data(), text.size());
-}
-
-// Only what a handler may do.
-void writeFrameCrashed(int frame) {
-    if (frame < 0) {
-        writeInHandler("tessavoy: a frame crashed\n");
-        return;
+// A short text put together without memory, as a handler must.
+class FixedText {
+public:
+    void add(std::string_view part) {
+        const std::size_t count = std::min(part.size(), mLetters.size() - mLength);
+        std::copy_n(part.begin(), count, mLetters.begin() + static_cast<std::ptrdiff_t>(mLength));
+        mLength += count;
     }
-    std::array<char, 16> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), frame).ptr;
-    writeInHandler("tessavoy: frame ");
-    writeInHandler({digits.data(), static_cast<std::size_t>(end - digits.data())});
-    writeInHandler(" crashed\n");
+    void add(int number) {
+        std::array<char, 16> digits{};
+        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+        add(std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())));
+    }
+    std::string_view text() const { return {mLetters.data(), mLength}; }
+
+private:
+    std::array<char, 256> mLetters{};
+    std::size_t mLength = 0;
+};
+
+// The frame that crashed, or -1.
+int crashedFrame() {
+    return stage == Frames ? frameInWork : -1;
 }
 
+// Nothing here is written in another way in JSON.
+FixedText crashInWords() {
+    FixedText words;
+    if (crashedFrame() >= 0) {
+        words.add("frame ");
+        words.add(crashedFrame());
+        words.add(" crashed");
+    } else if (stage == Frames) {
+        words.add("a frame crashed");
+    } else if (stage == SettingUp) {
+        words.add("the module crashed while being set up");
+    } else {
+        words.add("the module crashed while it was taken down; the result stands");
+    }
+    return words;
+}
+
+void tellInWords(int descriptor, std::string_view words) {
+    FixedText line;
+    line.add("tessavoy: ");
+    line.add(words);
+    line.add("\n");
+    writeAll(descriptor, line.text());
+}
+
+void tellAsObject(int descriptor, std::string_view words) {
+    FixedText line;
+    line.add(R"({"event":"crash",)");
+    if (crashedFrame() >= 0) {
+        line.add(R"("frame":)");
+        line.add(crashedFrame());
+        line.add(",");
+    }
+    line.add(R"("text":")");
+    line.add(words);
+    line.add("\"}\n");
+    writeAll(descriptor, line.text());
+}
+
+void tellOfCrash() {
+    StrayLines::endInHandler();  // a failed assertion stands among them
+    const FixedText words = crashInWords();
+    const Outlets to = outlets();
+    if (to.words != -1) {
+        tellInWords(to.words, words.text());
+    }
+    if (to.objects != -1) {
+        tellAsObject(to.objects, words.text());
+    }
+}
+
+std::atomic_flag crashIsTold;
+
+// Only what a handler may do, here and in what it calls. When several threads crash, one tells.
 extern "C" void endAfterCrash(int) {
-    switch (stage) {
-        case SettingUp:
-            writeInHandler("tessavoy: the module crashed while being set up\n");
-            break;
-        case Frames:
-            writeFrameCrashed(frameInWork);
-            break;
-        default:
-            writeInHandler("tessavoy: the module crashed while it was taken down; the result stands\n");
+    if (crashIsTold.test_and_set()) {
+        ::sleep(1);
+    } else {
+        tellOfCrash();
     }
     ::_exit(statusOfCrash);
 }
@@ -54,13 +116,14 @@ extern "C" void endAfterCrash(int) {
 void enter(Stage next, ExitStatus status) {
     statusOfCrash = static_cast<int>(status);
     stage = next;
+    useSignalStack();
     for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT}) {
-        std::signal(signal, endAfterCrash);
+        struct sigaction action {};
+        action.sa_handler = endAfterCrash;
+        action.sa_flags = SA_ONSTACK;
+        sigemptyset(&action.sa_mask);
+        ::sigaction(signal, &action, nullptr);
     }
-}
-
-void tell(const std::exception& error) {
-    writeStandardError("tessavoy: " + std::string(error.what()) + '\n');
 }
 
 }  // namespace
@@ -91,10 +154,10 @@ ExitStatus statusOf(const std::function<ExitStatus()>& action) {
     try {
         return action();
     } catch (const HostError& error) {
-        tell(error);
+        tellFailure(error.what());
         return error.status();
     } catch (const std::exception& error) {
-        tell(error);
+        tellFailure(error.what());
         return ExitStatus::FrameFailed;
     }
 }

@@ -6,11 +6,13 @@
 
 namespace TessavoyHost {
 
-// From then on a crash (of the module, a driver) says that the module could not be set up, and ends the process with
-// that status.
+// Crashes (of the module, a driver; an overflown stack is one) are told through the outlets and end the process with a
+// status. A thread that may overflow its stack needs useSignalStack(); these functions see to the calling thread.
+
+// From then on a crash says that the module could not be set up, and has that status.
 void guardSetUp();
 
-// From then on a crash says that a frame crashed, and ends the process with the status of a failed frame.
+// From then on a crash says that a frame crashed, and has the status of a failed frame.
 void guardFrames();
 
 // While it lives, a crash of this thread is the frame's.
@@ -22,7 +24,7 @@ public:
     FrameCrashGuard& operator=(const FrameCrashGuard&) = delete;
 };
 
-// Runs the action, tells its failure on standard error, and gives the exit status. From then on only tearing down is
+// Runs the action, tells its failure through the outlets, and gives the exit status. From then on only tearing down is
 // left: should the module or a driver crash while it is taken down, the process says so and still ends with the status.
 ExitStatus decideStatus(const std::function<ExitStatus()>& action);
 

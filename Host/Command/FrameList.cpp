@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <string_view>
 
 #include "Host/HostError.h"
@@ -58,8 +59,24 @@ struct FrameRange {
     int step = 1;
     bool others = false;  // those between the steps
 
-    bool holds(int frame) const { return ((frame - first) % step == 0) != others; }
+    int count() const {
+        const int all = last - first + 1;
+        const int stepped = (last - first) / step + 1;
+        return others ? all - stepped : stepped;
+    }
 };
+
+// In time that goes with their count, not with the range's.
+void appendFrames(const FrameRange& range, std::vector<int>& frames) {
+    if (range.count() == 0) {
+        return;
+    }
+    for (std::int64_t frame = range.first; frame <= range.last; frame += range.others ? 1 : range.step) {
+        if (!range.others || (frame - range.first) % range.step != 0) {
+            frames.push_back(static_cast<int>(frame));
+        }
+    }
+}
 
 FrameRange readRange(std::string_view part) {
     PartReader reader(part);
@@ -93,31 +110,45 @@ void checkRange(const FrameRange& range, std::string_view part, int frameCount) 
     }
 }
 
-}  // namespace
-
-std::vector<int> parseFrameList(const std::string& list, int frameCount) {
-    std::vector<int> frames;
-    std::vector<bool> named(static_cast<std::size_t>(std::max(frameCount, 0)));
+// Each part is checked, and that all together are not too many.
+std::vector<FrameRange> readRanges(const std::string& list, int frameCount) {
+    std::vector<FrameRange> ranges;
+    int room = mostFrames;
     for (std::size_t start = 0; start <= list.size();) {
         const std::size_t end = std::min(list.find(',', start), list.size());
         const std::string_view part = std::string_view(list).substr(start, end - start);
         const FrameRange range = readRange(part);
         checkRange(range, part, frameCount);
-        for (int frame = range.first; frame <= range.last; ++frame) {
-            if (!range.holds(frame)) {
-                continue;
-            }
-            if (named[static_cast<std::size_t>(frame)]) {
-                refuse("frame " + std::to_string(frame) + " is named twice");
-            }
-            named[static_cast<std::size_t>(frame)] = true;
-            frames.push_back(frame);
+        if (range.count() > room) {
+            refuse(quoted(part) + ": with it the list has more than " + std::to_string(mostFrames) +
+                   " frames, too many for one run; render in several");
         }
+        room -= range.count();
+        ranges.push_back(range);
         start = end + 1;
+    }
+    return ranges;
+}
+
+void refuseRepetitions(std::vector<int> frames) {
+    std::sort(frames.begin(), frames.end());
+    const auto repeated = std::adjacent_find(frames.begin(), frames.end());
+    if (repeated != frames.end()) {
+        refuse("frame " + std::to_string(*repeated) + " is named twice");
+    }
+}
+
+}  // namespace
+
+std::vector<int> parseFrameList(const std::string& list, int frameCount) {
+    std::vector<int> frames;
+    for (const FrameRange& range : readRanges(list, frameCount)) {
+        appendFrames(range, frames);
     }
     if (frames.empty()) {
         refuse(quoted(list) + " leaves no frame");
     }
+    refuseRepetitions(frames);
     return frames;
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Host/SignalStack.h"
+
 namespace TessavoyHost {
 
 FrameWriter::FrameWriter(int threads, Order order) : mOrder(order) {
@@ -47,6 +49,7 @@ bool FrameWriter::hasReadyWork() const {
 }
 
 void FrameWriter::writeFrames() {
+    useSignalStack();
     std::unique_lock lock(mMutex);
     for (;;) {
         mChanged.wait(lock, [this] { return mEnding || hasReadyWork(); });

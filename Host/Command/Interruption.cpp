@@ -38,13 +38,17 @@ InterruptionWatch::InterruptionWatch() {
     for (const int signal : watchedSignals) {
         replace(signal, SIG_DFL, countSignal);
     }
-    install(SIGPIPE, SIG_IGN);
+    letWritesToNobodyFail();
 }
 
 InterruptionWatch::~InterruptionWatch() {
     for (const int signal : watchedSignals) {
         replace(signal, countSignal, SIG_DFL);
     }
+}
+
+void letWritesToNobodyFail() {
+    install(SIGPIPE, SIG_IGN);
 }
 
 void letWritesPastSizeLimitFail() {

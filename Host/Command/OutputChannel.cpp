@@ -1,6 +1,7 @@
 #include "Host/Command/OutputChannel.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -9,7 +10,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <utility>
 
+#include "Host/Command/StandardError.h"
 #include "Host/HostError.h"
 
 namespace TessavoyHost {
@@ -52,6 +55,10 @@ std::string contentsOf(int descriptor) {
     return text;
 }
 
+// For a signal handler.
+std::atomic<const StrayLines*> liveStrayLines = nullptr;
+static_assert(std::atomic<const StrayLines*>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+
 }  // namespace
 
 OutputChannel::OutputChannel() {
@@ -71,16 +78,11 @@ OutputChannel::~OutputChannel() {
 }
 
 void OutputChannel::write(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = mDescriptor == -1 ? -1 : ::write(mDescriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR && mDescriptor != -1) {
-            continue;
-        }
-        if (written < 0) {
-            const std::string reason = mDescriptor == -1 ? "it is closed" : std::strerror(errno);
-            throw HostError(ExitStatus::FrameFailed, "standard output: " + reason);
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
+    if (mDescriptor == -1) {
+        throw HostError(ExitStatus::FrameFailed, "standard output: it is closed");
+    }
+    if (!writeAll(mDescriptor, bytes)) {
+        throw HostError(ExitStatus::FrameFailed, std::string("standard output: ") + std::strerror(errno));
     }
 }
 
@@ -124,33 +126,55 @@ void StrayOutput::restore() {
     mBefore = -1;
 }
 
-StrayLines::StrayLines(std::function<void(const std::string&)> take) : mTake(std::move(take)) {
+StrayLines::StrayLines(std::vector<int> descriptors, std::function<void(const std::string&)> take)
+    : mDescriptors(std::move(descriptors)), mTake(std::move(take)) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) == -1) {
         throw HostError(ExitStatus::FrameFailed, std::string("pipe: ") + std::strerror(errno));
     }
     flushStandardOutput();
-    ::dup2(ends[1], STDOUT_FILENO);
+    for (const int descriptor : mDescriptors) {
+        ::dup2(ends[1], descriptor);
+    }
     ::close(ends[1]);
     mRead = ends[0];
     mThread = std::thread([this] { read(); });
+    liveStrayLines = this;
 }
 
 StrayLines::~StrayLines() {
     end();
 }
 
-// The reader comes to its end as descriptor 1 is the only way into the pipe.
 void StrayLines::end() {
     if (!mThread.joinable()) {
         return;
     }
+    liveStrayLines = nullptr;
     flushStandardOutput();
-    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-    ::dup2(nowhere, STDOUT_FILENO);
-    ::close(nowhere);
+    dropWhatFollows();
     mThread.join();
     ::close(mRead);
+}
+
+void StrayLines::endInHandler() noexcept {
+    const StrayLines* lines = liveStrayLines;
+    if (lines == nullptr) {
+        return;
+    }
+    lines->dropWhatFollows();
+    for (int hundredth = 0; hundredth < 100 && !lines->mEnded; ++hundredth) {
+        ::poll(nullptr, 0, 10);
+    }
+}
+
+// The reader comes to its end as the descriptors are the only ways into the pipe.
+void StrayLines::dropWhatFollows() const noexcept {
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    for (const int descriptor : mDescriptors) {
+        ::dup2(nowhere, descriptor);
+    }
+    ::close(nowhere);
 }
 
 void StrayLines::read() {
@@ -169,6 +193,7 @@ void StrayLines::read() {
     if (!line.empty()) {
         mTake(line);
     }
+    mEnded = true;
 }
 
 }  // namespace TessavoyHost

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 namespace TessavoyHost {
 
@@ -22,6 +24,8 @@ public:
     // command was started without a standard output.
     void write(std::string_view bytes);
     bool isTerminal() const;
+    // For those who write by themselves; -1 without a standard output.
+    int descriptor() const { return mDescriptor; }
 
 private:
     int mDescriptor;  // -1: there was none
@@ -45,12 +49,12 @@ private:
     int mCaught;  // a nameless file; -1 once taken
 };
 
-// Hands each line that is printed to descriptor 1 to a function, on a thread of its own. Descriptor 1 stays away from
-// where it pointed: what is printed after the end is dropped.
+// Hands each line that is printed to some descriptors to a function, on a thread of its own. The descriptors stay away
+// from where they pointed: what is printed after the end is dropped. One at a time.
 class StrayLines {
 public:
-    // The function may not print to descriptor 1. Throws HostError(FrameFailed) where the system has no pipe.
-    explicit StrayLines(std::function<void(const std::string&)> take);
+    // The function may not print to the descriptors. Throws HostError(FrameFailed) where the system has no pipe.
+    StrayLines(std::vector<int> descriptors, std::function<void(const std::string&)> take);
     ~StrayLines();
     StrayLines(const StrayLines&) = delete;
     StrayLines& operator=(const StrayLines&) = delete;
@@ -58,11 +62,18 @@ public:
     // Returns when all that was printed so far has been handed over. Later calls do nothing.
     void end();
 
+    // For a signal handler that ends the process: does the same for the one that lives, if any, but waits for a second
+    // at most, as its thread may need what the thread that crashed holds.
+    static void endInHandler() noexcept;
+
 private:
     void read();
+    void dropWhatFollows() const noexcept;
 
-    std::function<void(const std::string&)> mTake;
+    const std::vector<int> mDescriptors;
+    const std::function<void(const std::string&)> mTake;
     int mRead = -1;
+    std::atomic<bool> mEnded = false;
     std::thread mThread;
 };
 

@@ -4,7 +4,8 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <nlohmann/json.hpp>
+
+#include "Host/Command/JsonLine.h"
 
 namespace TessavoyHost {
 namespace {
@@ -125,11 +126,7 @@ public:
 
     void message(const std::string& line, int frame) override {
         NoProgress::message(line, frame);
-        nlohmann::ordered_json object{{"event", "message"}, {"text", line}};
-        if (frame >= 0) {
-            object["frame"] = frame;
-        }
-        put(object);
+        output().json(messageLine(line, frame));
     }
 
     void end(const RunTally& tally, const std::vector<std::string>& lastLines) override {
@@ -142,10 +139,7 @@ public:
     }
 
 private:
-    // File names and messages need not be UTF-8.
-    void put(const nlohmann::ordered_json& object) const {
-        output().json(object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n');
-    }
+    void put(const nlohmann::ordered_json& object) const { output().json(jsonLine(object)); }
 };
 
 }  // namespace

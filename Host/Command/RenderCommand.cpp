@@ -1,12 +1,8 @@
 #include "Host/Command/RenderCommand.h"
 
-#include <unistd.h>
-
-#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <numeric>
-#include <optional>
 
 #include "Host/Command/EffectFrames.h"
 #include "Host/Command/ExitGuard.h"
@@ -14,24 +10,20 @@
 #include "Host/Command/Interruption.h"
 #include "Host/Command/LoadedModule.h"
 #include "Host/Command/OutputChecks.h"
-#include "Host/Command/Progress.h"
+#include "Host/Command/ProgressStreams.h"
 #include "Host/Command/RenderRun.h"
 #include "Host/Command/RunReporter.h"
-#include "Host/Command/StandardError.h"
 
 namespace TessavoyHost {
 namespace {
-
-// Held as a list, with what was said of each; more is surely a mistake in the duration.
-constexpr double mostFrames = 1e7;
 
 std::vector<int> framesToRender(const RenderOptions& options, const Composition& composition) {
     if (options.frames) {
         return parseFrameList(*options.frames, composition.frameCount());
     }
-    if (composition.duration * composition.frameRate.value() > mostFrames) {
-        throw HostError(ExitStatus::CommandLine,
-                        "the composition has more than 10000000 frames, too many for one run; choose with --frames");
+    if (composition.frameCount() > mostFrames) {
+        throw HostError(ExitStatus::CommandLine, "the composition has more than " + std::to_string(mostFrames) +
+                                                     " frames, too many for one run; choose with --frames");
     }
     std::vector<int> frames(static_cast<std::size_t>(composition.frameCount()));
     std::iota(frames.begin(), frames.end(), 0);
@@ -59,35 +51,6 @@ void checkOutput(const RenderOptions& options, const std::vector<int>& frames, c
     }
 }
 
-// Objects on standard error are to be parsed, so nothing else may stand between them.
-bool errorIsForObjects(const RenderOptions& options) {
-    return options.progress == ProgressMode::Json && options.output->isStandardOutput();
-}
-
-// A reader of the progress that has gone away does not end the run.
-TextSink jsonSink(const RenderOptions& options, OutputChannel& output) {
-    if (options.output->isStandardOutput()) {
-        return writeStandardError;
-    }
-    return [&output](const std::string& text) {
-        try {
-            output.write(text);
-        } catch (const HostError&) {
-        }
-    };
-}
-
-std::unique_ptr<Progress> progressFor(const RenderOptions& options, OutputChannel& output) {
-    ProgressOutput progress;
-    progress.error = errorIsForObjects(options) ? TextSink([](const std::string&) {}) : writeStandardError;
-    progress.json = jsonSink(options, output);
-    progress.errorIsTerminal = ::isatty(STDERR_FILENO) == 1;
-    progress.seconds = [] {
-        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-    };
-    return makeProgress(options.progress, progress);
-}
-
 RunSettings settingsFor(const RenderOptions& options, const std::vector<int>& frames) {
     RunSettings settings;
     settings.frames = frames;
@@ -103,44 +66,48 @@ RunSettings settingsFor(const RenderOptions& options, const std::vector<int>& fr
     std::_Exit(static_cast<int>(status));
 }
 
-ExitStatus renderFrames(const RenderOptions& options, const std::vector<int>& frames, ImageSize size,
-                        LoadedModule& module, const Project& project, std::unique_ptr<EffectInstance>& instance,
-                        OutputChannel& output) {
-    const auto progress = progressFor(options, output);
-    RunReporter reporter(static_cast<int>(frames.size()), *progress);
-    std::optional<StrayLines> strayLines;
-    if (errorIsForObjects(options)) {
-        strayLines.emplace([&reporter](const std::string& line) { reporter.note(line); });
-    }
-    instance = module.host().createInstance(project);
-    for (const auto& broken : instance->host().broken()) {
+// What there is to do, once nothing is known to stand in the way.
+struct Job {
+    Project project;
+    std::vector<int> frames;
+    ImageSize size;  // of the pictures
+};
+
+Job prepare(const RenderOptions& options, const SceneText& scene, const ParameterTable& table,
+            const OutputChannel& output) {
+    Job job;
+    job.project = readScene(scene, table, options.overrides, imageFileAccess());
+    job.frames = framesToRender(options, job.project.composition);
+    job.size = pictureSize(options, *job.project.layers.at(static_cast<std::size_t>(job.project.effectLayer)));
+    checkOutput(options, job.frames, output);
+    return job;
+}
+
+ExitStatus renderFrames(const RenderOptions& options, const Job& job, EffectInstance& instance, OutputChannel& output,
+                        ProgressStreams& streams) {
+    const auto progress = streams.makeProgress();
+    RunReporter reporter(static_cast<int>(job.frames.size()), *progress);
+    for (const auto& broken : instance.host().broken()) {
         reporter.note("the module: " + broken);
     }
-    EffectFrames work(*instance, options, options.depth.value_or(options.output->usualDepth()), size, output);
+    EffectFrames work(instance, options, options.depth.value_or(options.output->usualDepth()), job.size, output);
     const InterruptionWatch watch;
-    const auto settle = [&strayLines] {
-        if (strayLines) {
-            strayLines->end();
-        }
-    };
     guardFrames();
-    return RenderRun(settingsFor(options, frames), work, reporter, {interruptions, endProcess, settle}).run();
+    const RunEnvironment environment{interruptions, endProcess, [&streams] { streams.settle(); }};
+    return RenderRun(settingsFor(options, job.frames), work, reporter, environment).run();
 }
 
 }  // namespace
 
 ExitStatus renderScene(const RenderOptions& options, OutputChannel& output) {
+    ProgressStreams streams(options.progress, options.output->isStandardOutput(), output);
     const SceneText scene = loadSceneText(options.scene);
     LoadedModule module(options.module);
     std::unique_ptr<EffectInstance> instance;
     return decideStatus([&] {
-        const Project project = readScene(scene, module.table(), options.overrides, imageFileAccess());
-        const auto frames = framesToRender(options, project.composition);
-        const auto& layer = *project.layers.at(static_cast<std::size_t>(project.effectLayer));
-        const ImageSize size = pictureSize(options, layer);
-        checkOutput(options, frames, output);
-        // Nothing is known to stand in the way now.
-        return renderFrames(options, frames, size, module, project, instance, output);
+        const Job job = prepare(options, scene, module.table(), output);
+        instance = module.host().createInstance(job.project);
+        return renderFrames(options, job, *instance, output, streams);
     });
 }
 

@@ -6,6 +6,7 @@
 
 #include "Host/Command/ExitGuard.h"
 #include "Host/Scene/JsonNode.h"
+#include "Host/SignalStack.h"
 
 namespace TessavoyHost {
 namespace {
@@ -64,6 +65,7 @@ void RenderRun::startThreads() {
 }
 
 void RenderRun::renderFrames() {
+    useSignalStack();
     while (const auto position = mSchedule.take()) {
         handle(*position);
     }
@@ -241,6 +243,7 @@ void RenderRun::abandon() {
     mCancel = true;
     mSchedule.stop();
     mWriter.close(writePatience);
+    mEnvironment.settle();
     mReporter.finish();
     mEnvironment.endProcess(ExitStatus::FrameFailed);
 }

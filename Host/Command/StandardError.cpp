@@ -3,18 +3,22 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <string_view>
 
 namespace TessavoyHost {
 
-void writeStandardError(const std::string& text) {
-    for (std::string_view rest = text; !rest.empty();) {
-        const ssize_t written = ::write(STDERR_FILENO, rest.data(), rest.size());
+bool writeAll(int descriptor, std::string_view bytes) noexcept {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
         if (written < 0 && errno != EINTR) {
-            return;
+            return false;
         }
-        rest.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
+        bytes.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
     }
+    return true;
+}
+
+void writeStandardError(const std::string& text) {
+    writeAll(STDERR_FILENO, text);
 }
 
 }  // namespace TessavoyHost

@@ -124,6 +124,20 @@ protected:
         return false;
     }
 
+    // Each line of a text is a JSON object with an event.
+    static void expectEvents(const std::string& text) {
+        for (const auto& line : linesOf(text)) {
+            const auto object = nlohmann::json::parse(line, nullptr, false);
+            EXPECT_TRUE(object.is_object() && object.contains("event")) << line;
+        }
+    }
+
+    // The last object of a text.
+    static nlohmann::json lastEvent(const std::string& text) {
+        const auto lines = linesOf(text);
+        return lines.empty() ? nlohmann::json() : nlohmann::json::parse(lines.back(), nullptr, false);
+    }
+
     // More cells than can be computed in the time that the tests with it allow.
     void makeFramesEndless() {
         scene["effect"]["parameters"]["CountX"] = 5000;
@@ -297,11 +311,43 @@ TEST_F(Command, JsonProgressLeavesTheOutputToRawFrames) {
     EXPECT_EQ(outcome.out.size(), 2u * 64u * 36u * 4u);
     const auto lines = linesOf(outcome.error);
     ASSERT_GE(lines.size(), 4u);
-    for (const auto& line : lines) {
-        EXPECT_TRUE(nlohmann::json::accept(line)) << line;
-    }
+    expectEvents(outcome.error);
     EXPECT_THAT(outcome.error, HasSubstr("{\"event\":\"frame\",\"frame\":2"));
-    EXPECT_EQ(nlohmann::json::parse(lines.back())["event"], "end");
+    EXPECT_EQ(lastEvent(outcome.error)["event"], "end");
+}
+
+// Nothing of the run is missing on the stream, and no line stands on it that is none.
+TEST_F(Command, WhatEndsARunBeforeItsFramesIsAnObjectToo) {
+    scene["effect"]["parameters"]["InstanceSize.Valu"] = 1;
+    const auto beside = run("render scene.json -o out/a.png --frames 0 --progress json");
+    EXPECT_EQ(beside.status, 3);
+    EXPECT_THAT(beside.error, HasSubstr("tessavoy: scene.json: effect.parameters.\"InstanceSize.Valu\": unknown"));
+    expectEvents(beside.out);
+    EXPECT_EQ(lastEvent(beside.out)["event"], "error");
+    EXPECT_EQ("tessavoy: " + lastEvent(beside.out)["text"].get<std::string>() + '\n', beside.error);
+
+    const auto alone = run("render scene.json -o - --frames 0 --progress json");
+    EXPECT_EQ(alone.status, 3);
+    EXPECT_EQ(alone.out, "");
+    expectEvents(alone.error);
+    EXPECT_EQ(lastEvent(alone.error), lastEvent(beside.out));
+
+    const auto noModule = run("render scene.json -o - --progress json --module no-such.so");
+    EXPECT_EQ(noModule.status, 4);
+    expectEvents(noModule.error);
+    EXPECT_EQ(lastEvent(noModule.error)["event"], "error");
+}
+
+// Whether it is still being set up or renders frames by then.
+TEST_F(Command, ACrashBesideRawFramesIsAnObject) {
+    scene["composition"]["duration"] = 4000;
+    const pid_t child = start("render scene.json -o - --progress json", ">/dev/null");
+    std::this_thread::sleep_for(std::chrono::milliseconds(800));
+    ::kill(child, SIGSEGV);
+    const auto outcome = wait(child);
+    EXPECT_THAT(outcome.status, ::testing::AnyOf(1, 4)) << "signal " << outcome.signal;
+    expectEvents(outcome.error);
+    EXPECT_EQ(lastEvent(outcome.error)["event"], "crash");
 }
 
 TEST_F(Command, AFileThatGrowsTooLargeFailsItsFrame) {
@@ -333,6 +379,41 @@ TEST_F(Command, ACrashOfAFrameIsStatus1) {
     const auto outcome = wait(child);
     EXPECT_EQ(outcome.status, 1) << "signal " << outcome.signal;
     EXPECT_THAT(lastLine(outcome), AllOf(HasSubstr("frame"), EndsWith(" crashed")));
+}
+
+TEST_F(Command, ACrashOfAFrameEndsTheObjects) {
+    scene["composition"]["duration"] = 4000;
+    const pid_t child = start("render scene.json -o 'out/######.png' --progress json");
+    EXPECT_TRUE(waitForFile("out/000000.png"));
+    ::kill(child, SIGSEGV);
+    const auto outcome = wait(child);
+    EXPECT_EQ(outcome.status, 1) << "signal " << outcome.signal;
+    EXPECT_THAT(lastLine(outcome), AllOf(HasSubstr("tessavoy: "), EndsWith(" crashed")));
+    expectEvents(outcome.out);
+    EXPECT_EQ(lastEvent(outcome.out)["event"], "crash");
+    EXPECT_EQ("tessavoy: " + lastEvent(outcome.out)["text"].get<std::string>(), lastLine(outcome));
+}
+
+// Wider than any driver's textures: the module says out of memory for whatever OpenGL refuses.
+TEST_F(Command, AFrameThatOpenGlRefusesSaysWhatHelps) {
+    scene["layers"][0] = {{"name", "Plate"}, {"solid", {0, 0, 0, 255}}, {"width", 30000}, {"height", 2}};
+    const auto outcome = run("render scene.json -o 'out/##.png' --frames 0-1");
+    EXPECT_EQ(outcome.status, 1) << "signal " << outcome.signal;
+    EXPECT_THAT(outcome.error, AllOf(HasSubstr("frame 0: failed: "), HasSubstr("(error 4); "),
+                                     HasSubstr("--resolution"), HasSubstr("textures")));
+    EXPECT_EQ(lastLine(outcome), "frames: 0 written, 0 skipped, 2 failed (0-1)");
+    EXPECT_THAT(outputFiles(), IsEmpty());
+    // What it says does help.
+    EXPECT_EQ(run("render scene.json -o 'out/##.png' --frames 0 --resolution quarter").status, 0);
+}
+
+TEST_F(Command, TooManyFramesAreRefusedAtOnce) {
+    scene["composition"]["duration"] = 4e6;
+    scene["composition"]["frameRate"] = 100;
+    const auto outcome = run("render scene.json -o 'out/########.png' --frames 7,100-29999999");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.error, HasSubstr("--frames: \"100-29999999\": with it the list has more than 10000000 frames"));
+    EXPECT_THAT(outputFiles(), IsEmpty());
 }
 
 TEST_F(Command, ATooLongCompositionAsksForFrames) {

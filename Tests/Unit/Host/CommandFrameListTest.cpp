@@ -68,6 +68,24 @@ TEST(CommandFrameList, AListLeavesAtLeastOneFrame) {
     EXPECT_EQ(refusal("0-9y1"), "--frames: \"0-9y1\" leaves no frame");
 }
 
+// Told before room is made for the frames, so in no time.
+TEST(CommandFrameList, NoMoreFramesThanARunTakes) {
+    constexpr int all = 2147483647;
+    const std::string why = ": with it the list has more than 10000000 frames, too many for one run; render in several";
+    EXPECT_EQ(refusal("0-10000000", all), "--frames: \"0-10000000\"" + why);
+    EXPECT_EQ(refusal("7,100-10000099", all), "--frames: \"100-10000099\"" + why);
+    EXPECT_EQ(refusal("0-2147483646", all), "--frames: \"0-2147483646\"" + why);
+    EXPECT_EQ(refusal("0-2147483646y2147483646", all), "--frames: \"0-2147483646y2147483646\"" + why);
+    EXPECT_EQ(parseFrameList("0-9999999", all).size(), 10000000u);
+}
+
+TEST(CommandFrameList, WorkGoesWithTheFramesThatAreNamed) {
+    constexpr int all = 2147483647;
+    EXPECT_THAT(parseFrameList("5-2147483646x1000000000", all), ElementsAre(5, 1000000005, 2000000005));
+    EXPECT_THAT(parseFrameList("2147483645-2147483646x2", all), ElementsAre(2147483645));
+    EXPECT_EQ(refusal("0-2147483646y1", all), "--frames: \"0-2147483646y1\" leaves no frame");
+}
+
 TEST(CommandFrameList, OtherTextsAreRefused) {
     for (const std::string part :
          {"", "x", "-5", "+5", "1-", "1-2x", "1x2", "1-2z3", "1-2x3x4", " 1", "1 ", "1.5", "1--2", "99999999999"}) {

@@ -13,7 +13,6 @@
 
 #include "Host/Command/AboutCommand.h"
 #include "Host/Command/EffectFrames.h"
-#include "Host/Command/ExitGuard.h"
 #include "Host/Command/OutputChannel.h"
 #include "Host/Command/OutputChecks.h"
 #include "Host/Command/RawFrames.h"
@@ -312,7 +311,7 @@ TEST_F(CommandOutput, StrayLinesAreHandedOver) {
     RedirectedOutput redirected(path("out"));
     std::vector<std::string> lines;
     {
-        StrayLines stray([&lines](const std::string& line) { lines.push_back(line); });
+        StrayLines stray({STDOUT_FILENO}, [&lines](const std::string& line) { lines.push_back(line); });
         std::printf("one\n");
         std::cout << "tw" << std::flush;
         std::printf("o\n\nlast");
@@ -323,36 +322,6 @@ TEST_F(CommandOutput, StrayLinesAreHandedOver) {
     std::fflush(stdout);
     EXPECT_EQ(redirected.take(), "");
     EXPECT_THAT(lines, ElementsAre("one", "two", "", "last"));
-}
-
-TEST(CommandExitGuard, ACrashEndsWithTheStatusOfItsTime) {
-    const auto ends = [](int status) { return ::testing::ExitedWithCode(status); };
-    EXPECT_EXIT(
-        {
-            guardSetUp();
-            std::abort();
-        },
-        ends(4), "^tessavoy: the module crashed while being set up\n$");
-    EXPECT_EXIT(
-        {
-            guardFrames();
-            const FrameCrashGuard frame(120);
-            std::raise(SIGSEGV);
-        },
-        ends(1), "^tessavoy: frame 120 crashed\n$");
-    EXPECT_EXIT(
-        {
-            guardFrames();
-            { const FrameCrashGuard frame(120); }
-            std::raise(SIGBUS);
-        },
-        ends(1), "^tessavoy: a frame crashed\n$");
-    EXPECT_EXIT(
-        {
-            decideStatus([] { return ExitStatus::Scene; });
-            std::abort();
-        },
-        ends(3), "while it was taken down; the result stands\n$");
 }
 
 TEST_F(CommandOutput, StrayPrintsAreCaught) {
