@@ -6,15 +6,19 @@
 namespace TessavoyHost {
 namespace {
 
+using Complex = std::complex<double>;
+
 // Gauss-Legendre nodes and weights for 8 points on -1..1 (Abramowitz and Stegun, table 25.4); the other half mirrors.
 constexpr std::array<double, 4> nodes = {0.1834346424956498, 0.5255324099163290, 0.7966664774136267,
                                          0.9602898564975363};
 constexpr std::array<double, 4> weights = {0.3626837833783620, 0.3137066458778873, 0.2223810344533745,
                                            0.1012285362903763};
 
-constexpr double relativeTolerance = 1e-11;
-constexpr int deepest = 40;
-constexpr int newtonSteps = 60;
+// A piece of the curve this deep, 2^-30 of its parameters wide, that still has a standstill near is shorter than 1e-16
+// of the curve.
+constexpr int deepest = 30;
+constexpr double distanceTolerance = 1e-12;
+constexpr int newtonSteps = 20;
 
 Point2 scaled(const Point2& point, double x, double y) {
     return {point.x * x, point.y * y};
@@ -24,11 +28,19 @@ Point2 sum(const Point2& a, const Point2& b) {
     return {a.x + b.x, a.y + b.y};
 }
 
+Point2 difference(const Point2& a, const Point2& b) {
+    return {a.x - b.x, a.y - b.y};
+}
+
+// Summed from the nearer end, so that far off the origin no more than the result is rounded.
 Point2 curvePoint(const std::array<Point2, 4>& p, double t) {
     const double s = 1 - t;
-    const double b0 = s * s * s, b1 = 3 * s * s * t, b2 = 3 * s * t * t, b3 = t * t * t;
-    return {b0 * p[0].x + b1 * p[1].x + b2 * p[2].x + b3 * p[3].x,
-            b0 * p[0].y + b1 * p[1].y + b2 * p[2].y + b3 * p[3].y};
+    const std::array<double, 4> weight = {s * s * s, 3 * s * s * t, 3 * s * t * t, t * t * t};
+    const Point2& end = t < 0.5 ? p[0] : p[3];
+    Point2 fromEnd;
+    for (std::size_t i = 0; i < p.size(); ++i)
+        fromEnd = sum(fromEnd, scaled(difference(p[i], end), weight[i], weight[i]));
+    return sum(end, fromEnd);
 }
 
 Point2 curveVelocity(const std::array<Point2, 4>& p, double t) {
@@ -38,17 +50,40 @@ Point2 curveVelocity(const std::array<Point2, 4>& p, double t) {
             b0 * (p[1].y - p[0].y) + b1 * (p[2].y - p[1].y) + b2 * (p[3].y - p[2].y)};
 }
 
-double polygonLength(const std::array<Point2, 4>& p) {
-    double length = 0;
-    for (std::size_t i = 1; i < p.size(); ++i)
-        length += std::hypot(p[i].x - p[i - 1].x, p[i].y - p[i - 1].y);
-    return length;
+// The differences of the control points as complex numbers, the largest part being 1.
+std::array<Complex, 3> unitDifferences(const std::array<Point2, 4>& p) {
+    std::array<Complex, 3> differences;
+    double largest = 0;
+    for (std::size_t i = 0; i < differences.size(); ++i) {
+        const Point2 step = difference(p[i + 1], p[i]);
+        differences[i] = {step.x, step.y};
+        largest = std::max({largest, std::abs(step.x), std::abs(step.y)});
+    }
+    for (Complex& step : differences)
+        step = largest > 0 ? step / largest : step;
+    return differences;
+}
+
+// Where the velocity, x' + iy', is 0: two complex parameters, those that don't exist being not finite.
+std::array<Complex, 2> standstills(const std::array<Point2, 4>& controls) {
+    const auto [d0, d1, d2] = unitDifferences(controls);
+    const Complex a = d0 - 2.0 * d1 + d2, halfB = d1 - d0;
+    Complex root = std::sqrt(halfB * halfB - a * d0);
+    // The sign that doesn't cancel.
+    if (std::real(std::conj(halfB) * root) < 0)
+        root = -root;
+    const Complex q = -(halfB + root);
+    return {q / a, d0 / q};
+}
+
+bool isNear(const Complex& standstill, double from, double to) {
+    return std::abs(standstill - from) + std::abs(standstill - to) < 4 * (to - from);
 }
 
 }  // namespace
 
 CurveLength::CurveLength(const std::array<Point2, 4>& controls) : mControls(controls), mKnots{{0, 0}} {
-    subdivide(0, 1, measure(0, 1), polygonLength(controls) * relativeTolerance, 0);
+    measurePieces(0, 1, standstills(controls), 0);
 }
 
 double CurveLength::speed(double t) const {
@@ -64,20 +99,22 @@ double CurveLength::measure(double from, double to) const {
     return total * half;
 }
 
-// Halves a stretch until its two halves measure as much as the whole; then notes their ends.
-void CurveLength::subdivide(double from, double to, double whole, double tolerance, int depth) {
-    const double middle = (from + to) / 2;
-    const double left = measure(from, middle), right = measure(middle, to);
-    if (std::abs(left + right - whole) <= tolerance || depth == deepest) {
-        mKnots.push_back({middle, mKnots.back().length + left});
-        mKnots.push_back({to, mKnots.back().length + right});
+// The speed is proportional to |t - r| |t - s|, r and s being the standstills, and so it is analytic except there and
+// at their conjugates. A piece is halved until these lie outside the ellipse whose foci are the piece's ends and whose
+// long axis is 4 times its width. The Chebyshev coefficients of the speed on the piece then fall as 7.8^-k, and a rule
+// that is exact to the 15th degree errs by less than 1e-13 of the piece's length.
+void CurveLength::measurePieces(double from, double to, const std::array<Complex, 2>& standstills, int depth) {
+    const bool smooth = !isNear(standstills[0], from, to) && !isNear(standstills[1], from, to);
+    if (smooth || depth == deepest) {
+        mKnots.push_back({to, mKnots.back().length + measure(from, to)});
         return;
     }
-    subdivide(from, middle, left, tolerance / 2, depth + 1);
-    subdivide(middle, to, right, tolerance / 2, depth + 1);
+    const double middle = (from + to) / 2;
+    measurePieces(from, middle, standstills, depth + 1);
+    measurePieces(middle, to, standstills, depth + 1);
 }
 
-// Newton's method on the length within one stretch, held between bounds that close in.
+// Newton's method on the length within one piece, where the speed changes little.
 double CurveLength::parameterAt(double distance) const {
     const auto above = std::upper_bound(mKnots.begin(), mKnots.end(), distance,
                                         [](double value, const Knot& knot) { return value < knot.length; });
@@ -86,16 +123,12 @@ double CurveLength::parameterAt(double distance) const {
     if (above == mKnots.begin())
         return 0;
     const Knot start = *(above - 1);
-    double low = start.t, high = above->t;
-    double t = low + (high - low) * (distance - start.length) / (above->length - start.length);
+    double t = start.t + (above->t - start.t) * (distance - start.length) / (above->length - start.length);
     for (int step = 0; step < newtonSteps; ++step) {
         const double excess = start.length + measure(start.t, t) - distance;
-        if (std::abs(excess) <= length() * relativeTolerance)
+        if (std::abs(excess) <= length() * distanceTolerance)
             break;
-        (excess > 0 ? high : low) = t;
-        const double slope = speed(t);
-        const double next = slope > 0 ? t - excess / slope : low;
-        t = next > low && next < high ? next : (low + high) / 2;
+        t = std::clamp(t - excess / speed(t), start.t, above->t);
     }
     return t;
 }

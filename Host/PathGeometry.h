@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <complex>
 #include <vector>
 
 #include "Host/Project.h"
@@ -8,7 +9,8 @@
 
 namespace TessavoyHost {
 
-// A cubic Bezier curve measured by arc length. Lengths are accurate to a billionth of the curve's.
+// A cubic Bezier curve measured by arc length, cusps and loops included. Lengths and points are accurate to a billionth
+// of the curve's length, or to the rounding of a point's coordinates where that is coarser.
 class CurveLength {
 public:
     explicit CurveLength(const std::array<Point2, 4>& controls);
@@ -29,7 +31,7 @@ private:
 
     double speed(double t) const;
     double measure(double from, double to) const;
-    void subdivide(double from, double to, double whole, double tolerance, int depth);
+    void measurePieces(double from, double to, const std::array<std::complex<double>, 2>& standstills, int depth);
     double parameterAt(double distance) const;
 
     std::array<Point2, 4> mControls;
