@@ -75,4 +75,14 @@ CommandResult EffectInstance::command(PF_Cmd command, int frame, void* extra, PF
     return context.finish();
 }
 
+CommandResult EffectInstance::drawEvent(PF_EventExtra& extra, Drawing& drawing) {
+    CommandSetting setting;
+    setting.sequenceData = mSequence.original();
+    CommandContext context(mHost, this, PF_Cmd_EVENT, setting);
+    context.drawing = &drawing;
+    ParameterArray values(context, LayerPixels::Absent);
+    context.run(values.data(), nullptr, &extra);
+    return context.finish();
+}
+
 }  // namespace TessavoyHost

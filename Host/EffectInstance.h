@@ -18,9 +18,11 @@
 #include "Host/SequencePool.h"
 #include "Host/TimeBase.h"
 #include "Host/World.h"
+#include "HostInterface/Events.h"
 
 namespace TessavoyHost {
 
+class Drawing;
 class EffectHost;
 
 struct FrameRequest {
@@ -61,6 +63,10 @@ public:
     // One command at a moment of the composition, for panels and tests. params, output and extra go to the module as
     // they are; without params the module gets all parameters' values at that moment.
     CommandResult command(PF_Cmd command, int frame, void* extra = nullptr, PF_ParamDef** params = nullptr);
+
+    // A draw event of the panel at the first frame's time. The module gets all parameters' values, layers without their
+    // pixels.
+    CommandResult drawEvent(PF_EventExtra& extra, Drawing& drawing);
 
     EffectHost& host() { return mHost; }
     const Project& project() const { return mProject; }
