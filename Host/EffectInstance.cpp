@@ -52,8 +52,11 @@ Region EffectInstance::wholeLayer(const FrameRequest& request) const {
 FrameResult EffectInstance::renderFrame(const FrameRequest& request) {
     FrameResult failed;
     try {
-        const SequencePool::Lease sequence(mSequence);
-        return FrameRender(*this, request, wholeLayer(request), sequence.handle()).run();
+        SequencePool::Lease sequence(mSequence);
+        FrameResult result = FrameRender(*this, request, wholeLayer(request), sequence.handle()).run();
+        if (request.renewAfterMessage && !result.message.empty())
+            sequence.discard();
+        return result;
     } catch (const std::bad_alloc&) {
         failed.error = PF_Err_OUT_OF_MEMORY;
         failed.message = "the frame does not fit into memory";

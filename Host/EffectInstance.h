@@ -31,6 +31,9 @@ struct FrameRequest {
     Rational downsampleX{}, downsampleY{};
     std::optional<Region> region = std::nullopt;  // in downsampled pixels; none: the whole layer
     const std::atomic<bool>* cancel = nullptr;    // set it to make the module's abort call answer so
+    // Sequence data that a message came with is not used for further frames, so that what the module noted there, such
+    // as a script that failed, has no effect on them.
+    bool renewAfterMessage = false;
 };
 
 struct FrameResult {

@@ -17,6 +17,7 @@
 #include "Host/Command/Progress.h"
 #include "Host/Command/RenderRun.h"
 #include "Host/Command/RunReporter.h"
+#include "Host/Command/ScriptMessages.h"
 #include "Host/Command/StandardError.h"
 
 namespace TessavoyHost {
@@ -99,6 +100,18 @@ RunSettings settingsFor(const RenderOptions& options, const std::vector<int>& fr
     return settings;
 }
 
+// A script that doesn't compile is told once; the frames are rendered without it, unless that is not wanted.
+void tellScriptProblem(const RenderOptions& options, const ParameterTable& table, EffectInstance& instance,
+                       RunReporter& reporter) {
+    const auto problem = scriptProblem(instance, table, scriptSourceOf(instance.project(), options.scene));
+    if (problem && options.strict) {
+        throw HostError(ExitStatus::Scene, *problem);
+    }
+    if (problem) {
+        reporter.note(*problem + "; the frames are rendered without the script");
+    }
+}
+
 [[noreturn]] void endProcess(ExitStatus status) {
     std::_Exit(static_cast<int>(status));
 }
@@ -113,6 +126,7 @@ ExitStatus renderFrames(const RenderOptions& options, const std::vector<int>& fr
         strayLines.emplace([&reporter](const std::string& line) { reporter.note(line); });
     }
     instance = module.host().createInstance(project);
+    tellScriptProblem(options, module.table(), *instance, reporter);
     for (const auto& broken : instance->host().broken()) {
         reporter.note("the module: " + broken);
     }
