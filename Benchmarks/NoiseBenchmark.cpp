@@ -8,6 +8,7 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
+#include <memory>
 
 namespace Tessavoy {
 
@@ -25,25 +26,26 @@ struct Scene {
     std::array<double, cells> y;
     std::array<double, cells> out;
 
-    Scene() {
+    /// step: from cell to cell, in cells of the noise's lattice.
+    explicit Scene(double step) {
         for (int k = 0; k < cells; ++k) {
-            x[k] = 0.173 * (k % columns);
-            y[k] = 0.173 * (k / columns);
+            x[k] = step * (k % columns);
+            y[k] = step * (k / columns);
         }
     }
 };
 
 void BM_NoiseThreePlain(benchmark::State& state) {
-    static Scene scene;
+    const auto scene = std::make_unique<Scene>(0.173);
     for (auto step : state) {
         for (int k = 0; k < cells; ++k) {
             double sum = 0;
             for (int noise = 0; noise < 3; ++noise) {
-                sum += scene.tables[noise].perlin(scene.x[k], scene.y[k], scene.evolutions[noise]);
+                sum += scene->tables[noise].perlin(scene->x[k], scene->y[k], scene->evolutions[noise]);
             }
-            scene.out[k] = sum;
+            scene->out[k] = sum;
         }
-        benchmark::DoNotOptimize(scene.out.data());
+        benchmark::DoNotOptimize(scene->out.data());
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * cells);
@@ -64,23 +66,22 @@ void BM_NoiseThreeBatched(benchmark::State& state) {
         state.SkipWithError("the processor lacks these lanes");
         return;
     }
-    static Scene scene;
+    const auto scene = std::make_unique<Scene>(static_cast<double>(state.range(1)) / 1000.0);
     for (auto step : state) {
-        scene.out.fill(0.0);
+        scene->out.fill(0.0);
         for (int first = 0; first < cells; first += columns) {
             for (int noise = 0; noise < 3; ++noise) {
-                addNoise(scene, noise, first, columns, lanes, &scene.out[first]);
+                addNoise(*scene, noise, first, columns, lanes, &scene->out[first]);
             }
         }
-        benchmark::DoNotOptimize(scene.out.data());
+        benchmark::DoNotOptimize(scene->out.data());
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * cells);
 }
 BENCHMARK(BM_NoiseThreeBatched)
-    ->ArgName("avx2")
-    ->Arg(static_cast<int>(VectorLanes::Scalar))
-    ->Arg(static_cast<int>(VectorLanes::Avx2));
+    ->ArgNames({"avx2", "thousandths"})
+    ->ArgsProduct({{static_cast<int>(VectorLanes::Scalar), static_cast<int>(VectorLanes::Avx2)}, {31, 100, 173, 700}});
 
 struct Cells {
     std::array<float, cells> u;

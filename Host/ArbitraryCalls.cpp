@@ -19,16 +19,16 @@ PF_ArbParamsExtra ArbitraryCalls::request(A_long selector) const {
 
 void ArbitraryCalls::run(PF_ArbParamsExtra& extra, PF_ArbitraryH* made) const {
     CommandContext context(mHost, nullptr, PF_Cmd_ARBITRARY_CALLBACK, {});
-    const PF_Err error = context.run(nullptr, nullptr, &extra);
+    context.run(nullptr, nullptr, &extra);
     if (made != nullptr)
         context.adopt(*made);
     const CommandResult result = context.finish();
     CommandContext* outer = CommandContext::current();
     for (const std::string& text : result.broken)
         outer != nullptr ? outer->breaks(text) : mHost.noteBroken(text);
-    if (outer != nullptr && !result.failure.empty())
-        outer->fails(result.failure);
-    require(error == PF_Err_NONE, error);
+    if (outer != nullptr)
+        context.passFailuresTo(*outer);
+    require(result.error == PF_Err_NONE, result.error);
 }
 
 PF_ArbitraryH ArbitraryCalls::make() const {

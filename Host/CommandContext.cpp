@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Host/EffectHost.h"
+#include "Host/ErrorTexts.h"
 #include "Host/HostCall.h"
 
 namespace TessavoyHost {
@@ -150,9 +151,14 @@ CommandResult CommandContext::finish() {
     result.message.assign(std::begin(out.return_msg),
                           std::find(std::begin(out.return_msg), std::end(out.return_msg), '\0'));
     result.displayError = (out.out_flags & PF_OutFlag_DISPLAY_ERROR_MESSAGE) != 0;
+    const Failure hostFailure = failure();
+    result.failure = hostFailure.text;
     if (result.message.empty())
-        result.message = mReport.empty() ? mFailure : mReport;
-    result.failure = mFailure;
+        result.message = mReport.empty() ? result.failure : mReport;
+    if (result.error == PF_Err_NONE && hostFailure.error != PF_Err_NONE) {
+        result.error = hostFailure.error;
+        result.message = result.failure;
+    }
     result.projectDirty = projectDirty;
     result.out = out;
     result.broken = mBroken;
@@ -164,10 +170,34 @@ void CommandContext::breaks(const std::string& text) {
     mBroken.push_back(commandName(command) + ": " + text);
 }
 
-void CommandContext::fails(const std::string& text) {
-    const std::lock_guard lock(mMutex);
-    if (mFailure.empty())
-        mFailure = text;
+void CommandContext::fails(std::string_view text, PF_Err error) noexcept {
+    try {
+        const std::lock_guard lock(mMutex);
+        if (mFailure.error == PF_Err_NONE)
+            mFailure = {std::string(text), error};
+    } catch (...) {  // there is not even room for the text
+        runsOutOfMemory("noting a failure");
+    }
+}
+
+void CommandContext::runsOutOfMemory(const char* call) noexcept {
+    const char* none = nullptr;
+    mExhaustedCall.compare_exchange_strong(none, call);
+}
+
+void CommandContext::passFailuresTo(CommandContext& outer) const noexcept {
+    if (mFailure.error != PF_Err_NONE)
+        outer.fails(mFailure.text, mFailure.error);
+    if (const char* call = mExhaustedCall)
+        outer.runsOutOfMemory(call);
+}
+
+// A module that passes the want of memory on has told the same, and knows better what for.
+CommandContext::Failure CommandContext::failure() const {
+    if (mFailure.error != PF_Err_NONE || mExhaustedCall == nullptr || mError != PF_Err_NONE)
+        return mFailure;
+    return {"the host ran out of memory in " + std::string(mExhaustedCall) + "; " + std::string(memoryRemedy),
+            PF_Err_OUT_OF_MEMORY};
 }
 
 void CommandContext::reports(const std::string& text) {

@@ -4,6 +4,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Host/CommandResult.h"
@@ -75,8 +76,14 @@ public:
 
     // Notes a broken promise.
     void breaks(const std::string& text);
-    // Notes a failure of the host's own: what the command makes is not to be trusted, whatever the module answers.
-    void fails(const std::string& text);
+    // Notes a failure of the host's own: what the command makes is not to be trusted, and where the module answers 0
+    // all the same, the command's error is this one. The first failure counts.
+    void fails(std::string_view text, PF_Err error = PF_Err_INTERNAL_STRUCT_DAMAGED) noexcept;
+    // The same for want of memory in the host call of that name, a literal, unless the module passes an error on. Takes
+    // no memory.
+    void runsOutOfMemory(const char* call) noexcept;
+    // Notes this command's failures on the one inside which it ran.
+    void passFailuresTo(CommandContext& outer) const noexcept;
     // Notes what the module reports to the user through the host.
     void reports(const std::string& text);
 
@@ -118,12 +125,19 @@ public:
     };
 
 private:
+    struct Failure {
+        std::string text;
+        PF_Err error = PF_Err_NONE;
+    };
+
     void describeMoment();
+    Failure failure() const;
 
     volatile A_u_longlong mMark;
     std::atomic<A_long> mTickets = 0;
     std::mutex mMutex;
-    std::string mFailure;
+    Failure mFailure;
+    std::atomic<const char*> mExhaustedCall = nullptr;
     std::string mReport;
     std::vector<std::string> mBroken;
     PF_Err mError = PF_Err_NONE;

@@ -9,9 +9,9 @@ namespace TessavoyHost {
 
 // What one command of the module came to.
 struct CommandResult {
-    PF_Err error = PF_Err_NONE;
-    std::string message;              // what the module wants said
-    std::string failure;              // of a host call, for whose sake the command counts as failed; mostly empty
+    PF_Err error = PF_Err_NONE;       // the module's answer; the host's own where only the host failed
+    std::string message;              // what the module wants said, or else the failure
+    std::string failure;              // of the host itself in one of its calls, with what helps; mostly empty
     bool displayError = false;        // the module asks that the message be shown as an error
     bool projectDirty = false;        // the module says that it changed the project
     PF_OutData out{};                 // as the module left it

@@ -5,6 +5,7 @@
 
 #include "Host/ArbitraryCalls.h"
 #include "Host/CommandContext.h"
+#include "Host/ErrorTexts.h"
 #include "Host/HostCall.h"
 #include "Host/HostError.h"
 
@@ -17,23 +18,25 @@ std::string textOf(const A_u_char* text) {
 
 // The host's answer to what the module tells of itself.
 A_Err takeDescription(PF_PluginDataPtr data, const A_u_char* name, const A_u_char* matchName, const A_u_char* category,
-                      const A_u_char* entryPoint, A_long kind, A_long apiMajor, A_long apiMinor, A_long) {
-    auto& description = *reinterpret_cast<ModuleDescription*>(data);
-    description.name = textOf(name);
-    description.matchName = textOf(matchName);
-    description.category = textOf(category);
-    description.entryPoint = textOf(entryPoint);
-    description.kind = kind;
-    description.apiMajor = apiMajor;
-    description.apiMinor = apiMinor;
-    return PF_Err_NONE;
+                      const A_u_char* entryPoint, A_long kind, A_long apiMajor, A_long apiMinor, A_long) noexcept {
+    try {
+        auto& description = *reinterpret_cast<ModuleDescription*>(data);
+        description.name = textOf(name);
+        description.matchName = textOf(matchName);
+        description.category = textOf(category);
+        description.entryPoint = textOf(entryPoint);
+        description.kind = kind;
+        description.apiMajor = apiMajor;
+        description.apiMinor = apiMinor;
+        return PF_Err_NONE;
+    } catch (...) {
+        return answerToException(nullptr, "PluginDataCallBack");
+    }
 }
 
-HostError moduleError(const std::string& what, const CommandResult& result) {
-    std::string text = what + " failed with error " + std::to_string(result.error);
-    if (!result.message.empty())
-        text += ": " + result.message;
-    return {ExitStatus::Module, text};
+// Out of memory stands for everything that OpenGL refuses.
+std::string setUpRemedy(PF_Err error) {
+    return error == PF_Err_OUT_OF_MEMORY ? "; the effect needs a driver for OpenGL 3.3 with EGL, such as Mesa's" : "";
 }
 
 RegisteredParameter inputLayer() {
@@ -85,12 +88,12 @@ void EffectHost::describe() {
     const auto place = reinterpret_cast<PF_PluginDataPtr>(&mDescription);
     const A_Err error = mModule.describe(place, takeDescription, &mServices.basic, "Tessavoy", TESSAVOY_VERSION);
     if (error != PF_Err_NONE)
-        throw HostError(ExitStatus::Module, "the module does not describe itself, error " + std::to_string(error));
+        throw HostError(ExitStatus::Module, failureOf("describing the module", error));
 }
 
 void EffectHost::setUp() {
     CommandContext context(*this, nullptr, PF_Cmd_GLOBAL_SETUP, {});
-    context.run();
+    mSetUp = context.run() == PF_Err_NONE;
     context.adopt(context.out.global_data);
     const CommandResult result = context.finish();
     mGlobalData = result.out.global_data;
@@ -98,14 +101,15 @@ void EffectHost::setUp() {
     mDescription.outFlags = result.out.out_flags;
     mDescription.outFlags2 = result.out.out_flags2;
     noteAll(result.broken);
-    if (result.error != PF_Err_NONE)
-        throw moduleError("setting the module up", result);
-    mSetUp = true;
     try {
+        if (result.error != PF_Err_NONE)
+            throw HostError(ExitStatus::Module, failureOf("setting the module up", result.error, result.message) +
+                                                    setUpRemedy(result.error));
         registerParameters();
         mDescription.about = command(PF_Cmd_ABOUT).message;
     } catch (...) {
-        setDown();
+        if (mSetUp)
+            setDown();
         throw;
     }
 }
@@ -123,7 +127,7 @@ void EffectHost::registerParameters() {
     for (RegisteredParameter& parameter : mParameters)
         pointToTexts(parameter);
     if (result.error != PF_Err_NONE)
-        throw moduleError("registering the parameters", result);
+        throw HostError(ExitStatus::Module, failureOf("registering the parameters", result.error, result.message));
     if (result.out.num_params != static_cast<A_long>(mParameters.size()))
         noteBroken("PF_Cmd_PARAMS_SETUP: num_params is " + std::to_string(result.out.num_params) + ", but " +
                    std::to_string(mParameters.size()) + " parameters were added, the input layer included");
@@ -162,7 +166,7 @@ void EffectHost::disposeDefaults() {
         try {
             ArbitraryCalls(*this, parameter).dispose(parameter.definition.u.arb_d.dephault);
         } catch (const HostCallFailure& failure) {
-            noteBroken("disposing of a default failed with error " + std::to_string(failure.error));
+            noteBroken(failureOf("disposing of a default", failure.error));
         }
         parameter.definition.u.arb_d.dephault = nullptr;
     }

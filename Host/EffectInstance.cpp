@@ -3,6 +3,7 @@
 #include <new>
 
 #include "Host/EffectHost.h"
+#include "Host/ErrorTexts.h"
 #include "Host/FrameRender.h"
 #include "Host/HostError.h"
 #include "Host/ParameterRecord.h"
@@ -59,11 +60,12 @@ FrameResult EffectInstance::renderFrame(const FrameRequest& request) {
         return result;
     } catch (const std::bad_alloc&) {
         failed.error = PF_Err_OUT_OF_MEMORY;
-        failed.message = "the frame does not fit into memory";
+        failed.failure = "the frame does not fit into memory; " + std::string(memoryRemedy);
     } catch (const HostError& error) {
         failed.error = PF_Err_INTERNAL_STRUCT_DAMAGED;
-        failed.message = error.what();
+        failed.failure = error.what();
     }
+    failed.message = failed.failure;
     return failed;
 }
 

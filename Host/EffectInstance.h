@@ -39,6 +39,7 @@ struct FrameRequest {
 struct FrameResult {
     PF_Err error = PF_Err_NONE;
     std::string message;              // what the module or the host has to say about it
+    std::string failure;              // of the host itself, with what helps; mostly empty
     bool displayError = false;        // the module asks that the message be shown
     World output;                     // of the region's size; without pixels when there was an error
     std::vector<std::string> broken;  // what the commands left out, and other broken promises

@@ -1,12 +1,22 @@
 #include "Host/Faults.h"
 
 #include <algorithm>
+#include <new>
+#include <utility>
 
 namespace TessavoyHost {
 
 void Faults::failNth(std::string_view call, int n, PF_Err error) {
+    arm({std::string(call), n, error});
+}
+
+void Faults::exhaustNth(std::string_view call, int n) {
+    arm({std::string(call), n, std::nullopt});
+}
+
+void Faults::arm(Rule rule) {
     const std::lock_guard lock(mMutex);
-    mRules.push_back({std::string(call), n, error});
+    mRules.push_back(std::move(rule));
     mArmed = true;
 }
 
@@ -31,10 +41,12 @@ PF_Err Faults::answerOf(std::string_view call) {
     for (Rule& rule : mRules) {
         if (rule.remaining == 0 || (rule.call != anyCall && rule.call != call))
             continue;
-        if (--rule.remaining == 0) {
-            ++mStruck;
-            error = rule.error;
-        }
+        if (--rule.remaining > 0)
+            continue;
+        ++mStruck;
+        if (!rule.error)
+            throw std::bad_alloc();
+        error = *rule.error;
     }
     return error;
 }

@@ -117,14 +117,12 @@ void FrameRender::placeOutput() {
     }
 }
 
-// The first error and the first message count. A host call that failed spoils the frame even when the module went on.
+// The first error, failure and message count.
 void FrameRender::collect(const CommandResult& command) {
     if (good())
         mResult.error = command.error;
-    if (good() && !command.failure.empty()) {
-        mResult.error = PF_Err_INTERNAL_STRUCT_DAMAGED;
-        mResult.message = command.failure;
-    }
+    if (mResult.failure.empty())
+        mResult.failure = command.failure;
     if (mResult.message.empty())
         mResult.message = command.message;
     mResult.displayError = mResult.displayError || command.displayError;

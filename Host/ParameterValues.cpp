@@ -6,6 +6,7 @@
 
 #include "Host/ArbitraryCalls.h"
 #include "Host/EffectHost.h"
+#include "Host/ErrorTexts.h"
 #include "Host/HostCall.h"
 #include "Host/HostError.h"
 #include "Host/KeyTrack.h"
@@ -170,7 +171,7 @@ ParameterValues::~ParameterValues() {
             try {
                 calls.dispose(handle);
             } catch (const HostCallFailure& failure) {
-                mHost.noteBroken("disposing of arbitrary data failed with " + std::to_string(failure.error));
+                mHost.noteBroken(failureOf("disposing of arbitrary data", failure.error));
             }
         }
     }
@@ -212,7 +213,8 @@ std::shared_ptr<void> ParameterValues::arbitraryAt(int index, double time) const
     return {calls.interpolate(left, right, span.share), [calls](void* made) {
                 try {
                     calls.dispose(static_cast<PF_Handle>(made));
-                } catch (const HostCallFailure&) {  // the module keeps it then, and the long ledger shows it
+                } catch (...) {  // the module keeps it then, and the long ledger shows it
+                    answerToException(CommandContext::current(), "PF_Arbitrary_DISPOSE_FUNC");
                 }
             }};
 }

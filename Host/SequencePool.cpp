@@ -4,16 +4,14 @@
 #include <utility>
 
 #include "Host/EffectHost.h"
+#include "Host/ErrorTexts.h"
 #include "Host/HostError.h"
 
 namespace TessavoyHost {
 namespace {
 
 HostError sequenceError(PF_Cmd command, const CommandResult& result) {
-    std::string text = commandName(command) + " failed with error " + std::to_string(result.error);
-    if (!result.message.empty())
-        text += ": " + result.message;
-    return {ExitStatus::Module, text};
+    return {ExitStatus::Module, failureOf(commandName(command), result.error, result.message)};
 }
 
 // A block of the host's own, as if it had read it from a project.

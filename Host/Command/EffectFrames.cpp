@@ -3,36 +3,11 @@
 #include "Host/Command/AboutCommand.h"
 #include "Host/Command/RawFrames.h"
 #include "Host/EffectHost.h"
-#include "Host/HostError.h"
+#include "Host/ErrorTexts.h"
 #include "Host/ImageFiles/ImageFiles.h"
 #include "Host/Scene/Files.h"
 
 namespace TessavoyHost {
-namespace {
-
-const char* errorInWords(PF_Err error) {
-    switch (error) {
-        case PF_Err_OUT_OF_MEMORY:
-            return "out of memory, or OpenGL failed";
-        case PF_Err_INTERNAL_STRUCT_DAMAGED:
-            return "the host's or the module's data is damaged";
-        case PF_Err_INVALID_INDEX:
-            return "an index is invalid";
-        case PF_Err_UNRECOGNIZED_PARAM_TYPE:
-            return "a parameter's type is not recognised";
-        case PF_Err_INVALID_CALLBACK:
-            return "a call to the host is not valid now";
-        case PF_Err_BAD_CALLBACK_PARAM:
-            return "a call or suite of the host is not available";
-        case PF_Interrupt_CANCEL:
-            return "interrupted";
-        default:
-            return "the module gives no reason";
-    }
-}
-
-}  // namespace
-
 EffectFrames::EffectFrames(EffectInstance& instance, const RenderOptions& options, int depth, ImageSize size,
                            OutputChannel& output)
     : mInstance(instance),
@@ -78,7 +53,7 @@ RenderedFrame EffectFrames::render(int frame, const std::atomic<bool>& cancel) {
     RenderedFrame rendered;
     rendered.remarks = std::move(result.broken);
     if (result.error != PF_Err_NONE) {
-        rendered.failure = failureInWords(result.error, result.message);
+        rendered.failure = result.failure.empty() ? frameFailure(result.error, result.message) : result.failure;
         return rendered;
     }
     if (!result.message.empty()) {
@@ -95,10 +70,6 @@ void EffectFrames::write(int frame, const World& world) const {
         writeImage(mOptions.output->file(frame), mOptions.output->format(), world.view(), {frame, mSoftware},
                    mOptions.pngLevel);
     }
-}
-
-std::string failureInWords(PF_Err error, const std::string& message) {
-    return (message.empty() ? errorInWords(error) : message) + " (error " + std::to_string(error) + ')';
 }
 
 }  // namespace TessavoyHost

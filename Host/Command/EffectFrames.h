@@ -34,7 +34,4 @@ private:
     const ScriptSource mScript;   // whose lines messages name
 };
 
-// A failure of the module in words: its message, or what the error stands for, and the error's number.
-std::string failureInWords(PF_Err error, const std::string& message);
-
 }  // namespace TessavoyHost

@@ -2,6 +2,7 @@
 
 #include "Host/Drawing/Drawing.h"
 #include "Host/EffectHost.h"
+#include "Host/ErrorTexts.h"
 
 namespace TessavoyHost {
 
@@ -43,8 +44,8 @@ std::vector<DrawnText> PanelReader::textsOf(int parameter) {
     for (const std::string& text : result.broken)
         host.noteBroken(text);
     if (result.error != PF_Err_NONE)
-        host.noteBroken("drawing the control of parameter " + std::to_string(parameter) + " failed with error " +
-                        std::to_string(result.error) + (result.message.empty() ? "" : ": " + result.message));
+        host.noteBroken(
+            failureOf("drawing the control of parameter " + std::to_string(parameter), result.error, result.message));
     return recorder.texts();
 }
 

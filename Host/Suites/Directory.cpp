@@ -45,30 +45,30 @@ bool serves(const HostServices& services, const Entry& suite) {
 }
 
 SPErr acquireSuite(const char* name, std::int32_t version, const void** suite) noexcept {
-    HostServices* services = HostServices::current();
-    if (services == nullptr || name == nullptr || suite == nullptr)
-        return PF_Err_BAD_CALLBACK_PARAM;
-    *suite = nullptr;
-    if (const PF_Err fault = services->faults.answerOf("AcquireSuite"))
-        return fault;
-    const Entry* found = find(name, version);
-    if (found == nullptr || !serves(*services, *found))
-        return PF_Err_BAD_CALLBACK_PARAM;
-    ledgerOfCaller(*services).lend(Loan::Suite, Ledger::keyOf(found->table), found->name, version);
-    *suite = found->table;
-    return PF_Err_NONE;
+    constexpr const char* call = "AcquireSuite";
+    return valueOr(call, SPErr{PF_Err_BAD_CALLBACK_PARAM}, [&](HostServices& services) -> SPErr {
+        require(name != nullptr && suite != nullptr);
+        *suite = nullptr;
+        if (const PF_Err fault = services.faults.answerOf(call))
+            return fault;
+        const Entry* found = find(name, version);
+        require(found != nullptr && serves(services, *found));
+        ledgerOfCaller(services).lend(Loan::Suite, Ledger::keyOf(found->table), found->name, version);
+        *suite = found->table;
+        return PF_Err_NONE;
+    });
 }
 
 // Releasing what was not acquired is answered with an error and otherwise without harm: modules close without asking
 // what they took.
 SPErr releaseSuite(const char* name, std::int32_t version) noexcept {
-    HostServices* services = HostServices::current();
-    if (services == nullptr || name == nullptr)
-        return PF_Err_BAD_CALLBACK_PARAM;
-    const Entry* found = find(name, version);
-    const bool released =
-        found != nullptr && ledgerOfCaller(*services).giveBack(Loan::Suite, Ledger::keyOf(found->table));
-    return released ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+    return valueOr("ReleaseSuite", SPErr{PF_Err_BAD_CALLBACK_PARAM}, [&](HostServices& services) -> SPErr {
+        require(name != nullptr);
+        const Entry* found = find(name, version);
+        require(found != nullptr);
+        require(ledgerOfCaller(services).giveBack(Loan::Suite, Ledger::keyOf(found->table)));
+        return PF_Err_NONE;
+    });
 }
 
 SPBoolean isEqual(const char* first, const char* second) noexcept {

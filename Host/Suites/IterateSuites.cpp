@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <atomic>
+#include <system_error>
 #include <thread>
 #include <vector>
 
 #include "Host/HostCall.h"
+#include "Host/SignalStack.h"
 #include "Host/Suites/Tables.h"
 
 namespace TessavoyHost {
@@ -15,26 +17,45 @@ int threadsFor(const HostServices& services, int rows) {
     return std::clamp(wanted, 1, std::max(1, rows));
 }
 
-// Calls body(first, last, thread) for bands of 0..count on several threads, which count as the command's own. The first
-// error that comes up ends the rest as soon as they see it, and is thrown.
+// Runs work(0) to work(threads - 1) side by side, on threads that count as the command's own; what the system gives no
+// thread for, one after the other on this one. Returns when all have ended.
+template <class Work>
+void onThreads(CommandContext& context, int threads, const Work& work) {
+    std::vector<std::jthread> helpers;
+    int started = 1;
+    try {
+        for (; started < threads; ++started) {
+            helpers.emplace_back([&context, &work, thread = started] {
+                useSignalStack();
+                const CommandContext::Scope scope(&context);
+                work(thread);
+            });
+        }
+    } catch (const std::system_error&) {  // so many must do
+    }
+    work(0);
+    for (int left = started; left < threads; ++left)
+        work(left);
+}
+
+// Calls body(first, last, thread, failure) for bands of 0..count on several threads. The first error that comes up ends
+// the rest as soon as they see it, and is thrown. What the module's functions throw counts as a failure of the call.
 template <class Body>
-void inBands(CommandContext& context, int count, Body body) {
+void inBands(const char* name, CommandContext& context, int count, Body body) {
     const int threads = threadsFor(context.services, count);
+    const auto edge = [&](int band) { return static_cast<int>(static_cast<std::int64_t>(count) * band / threads); };
     std::atomic<PF_Err> failure = PF_Err_NONE;
-    const auto work = [&](int thread) {
-        const CommandContext::Scope scope(&context);
-        const auto edge = [&](int i) { return static_cast<int>(static_cast<std::int64_t>(count) * i / threads); };
-        const PF_Err error = body(edge(thread), edge(thread + 1), thread, failure);
+    onThreads(context, threads, [&](int thread) {
+        PF_Err error = PF_Err_NONE;
+        try {
+            error = body(edge(thread), edge(thread + 1), thread, failure);
+        } catch (...) {
+            error = answerToException(&context, name);
+        }
         PF_Err none = PF_Err_NONE;
         if (error != PF_Err_NONE)
             failure.compare_exchange_strong(none, error);
-    };
-    std::vector<std::thread> helpers;
-    for (int thread = 1; thread < threads; ++thread)
-        helpers.emplace_back(work, thread);
-    work(0);
-    for (std::thread& helper : helpers)
-        helper.join();
+    });
     require(failure == PF_Err_NONE, failure);
 }
 
@@ -90,9 +111,10 @@ PF_Err iterateOver(const char* name, PF_InData* inData, Iteration<Pixel> iterati
         require(iteration.target != nullptr && iteration.function != nullptr);
         const Region whole{0, 0, iteration.target->width, iteration.target->height};
         iteration.area = area == nullptr ? whole : intersection(whole, toRegion(*area));
-        inBands(context, iteration.area.height, [&](int first, int last, int, const std::atomic<PF_Err>& failure) {
-            return iteration.rows(first, last, failure);
-        });
+        inBands(name, context, iteration.area.height,
+                [&](int first, int last, int, const std::atomic<PF_Err>& failure) {
+                    return iteration.rows(first, last, failure);
+                });
     });
 }
 
@@ -120,9 +142,10 @@ PF_Err iterateOriginNonClip(PF_InData* inData, A_long, A_long, PF_EffectWorld* s
 }
 
 PF_Err iterateGeneric(A_long iterations, void* refcon, PF_IterateGenericFunc* function) noexcept {
-    return answer("iterate_generic", [&](CommandContext& context) {
+    constexpr const char* name = "iterate_generic";
+    return answer(name, [&](CommandContext& context) {
         require(function != nullptr && iterations >= 0);
-        inBands(context, iterations, [&](int first, int last, int thread, const std::atomic<PF_Err>& failure) {
+        inBands(name, context, iterations, [&](int first, int last, int thread, const std::atomic<PF_Err>& failure) {
             PF_Err error = PF_Err_NONE;
             for (int index = first; index < last && error == PF_Err_NONE && failure == PF_Err_NONE; ++index)
                 error = function(refcon, thread, index, iterations);

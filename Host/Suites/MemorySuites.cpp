@@ -1,5 +1,4 @@
 #include <cstring>
-#include <new>
 
 #include "Host/HostCall.h"
 #include "Host/Suites/Tables.h"
@@ -67,36 +66,33 @@ bool dispose(HostServices& services, const Kind& kind, PF_Handle handle) {
 }
 
 PF_Handle newHandle(A_HandleSize size) noexcept {
-    HostServices* services = HostServices::current();
-    if (services == nullptr || services->faults.answerOf("host_new_handle") != PF_Err_NONE)
-        return nullptr;
-    try {
-        return make(*services, handleKind, size, {});
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+    constexpr const char* name = "host_new_handle";
+    return valueOr(name, PF_Handle{nullptr}, [&](HostServices& services) {
+        require(services.faults.answerOf(name) == PF_Err_NONE);
+        return make(services, handleKind, size, {});
+    });
 }
 
 void* lockHandle(PF_Handle handle) noexcept {
-    HostServices* services = HostServices::current();
-    if (services == nullptr || services->faults.answerOf("host_lock_handle") != PF_Err_NONE)
-        return nullptr;
-    return lock(*services, handleKind, handle);
+    constexpr const char* name = "host_lock_handle";
+    return valueOr(name, static_cast<void*>(nullptr), [&](HostServices& services) {
+        require(services.faults.answerOf(name) == PF_Err_NONE);
+        return lock(services, handleKind, handle);
+    });
 }
 
 void unlockHandle(PF_Handle handle) noexcept {
-    if (HostServices* services = HostServices::current())
-        unlock(*services, handleKind, handle);
+    valueOr("host_unlock_handle", false, [&](HostServices& services) { return unlock(services, handleKind, handle); });
 }
 
 void disposeHandle(PF_Handle handle) noexcept {
-    if (HostServices* services = HostServices::current())
-        dispose(*services, handleKind, handle);
+    valueOr("host_dispose_handle", false,
+            [&](HostServices& services) { return dispose(services, handleKind, handle); });
 }
 
 A_HandleSize handleSize(PF_Handle handle) noexcept {
-    const HostServices* services = HostServices::current();
-    return services == nullptr ? 0 : services->handles.size(handle);
+    return valueOr("host_get_handle_size", A_HandleSize{0},
+                   [&](const HostServices& services) { return services.handles.size(handle); });
 }
 
 PF_Err resizeHandle(A_HandleSize size, PF_Handle* handle) noexcept {

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <span>
 #include <vector>
@@ -23,6 +24,23 @@ Number readFlat(std::span<const std::byte> bytes, std::size_t offset) {
         std::memcpy(&number, bytes.data() + offset, sizeof(Number));
     }
     return number;
+}
+
+/// Walks `count` records of `recordBytes` each, the first at byte `offset`, calling add(offset of the record); false if
+/// the bytes end before the last record does. A record that is cut off after its first number, a float, still counts.
+template <class Add>
+bool readRecords(std::span<const std::byte> bytes, std::size_t offset, std::int32_t count, std::size_t recordBytes,
+                 Add add) {
+    for (std::int32_t n = 0; n < count; ++n, offset += recordBytes) {
+        if (!holdsBytes(bytes, offset, sizeof(float))) {
+            return false;
+        }
+        add(offset);
+        if (!holdsBytes(bytes, offset, recordBytes)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 /// Appends the bytes of `number`.

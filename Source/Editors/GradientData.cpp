@@ -1,6 +1,5 @@
 #include "Source/Editors/GradientData.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iterator>
@@ -51,16 +50,15 @@ std::string_view kindWord(std::int32_t kind) {
 /// Reads one point; false, with the gradient left alone, when it is not whole or holds a wrong word.
 bool scanPoint(WordStream& words, GradientData& gradient) {
     const auto position = words.labelled("t");
-    const auto kind = std::find(KindWords.begin(), KindWords.end(), words.word());
+    const auto kind = words.choice(KindWords);
     const auto r = words.labelled("r");
     const auto g = words.labelled("g");
     const auto b = words.labelled("b");
     const auto a = words.labelled("a");
-    if (!position || kind == KindWords.end() || !r || !g || !b || !a) {
+    if (!position || !kind || !r || !g || !b || !a) {
         return false;
     }
-    InsertPoint(gradient, *position,
-                GradientPoint{static_cast<std::int32_t>(kind - KindWords.begin()), *r, *g, *b, *a});
+    InsertPoint(gradient, *position, GradientPoint{*kind, *r, *g, *b, *a});
     return true;
 }
 
@@ -133,20 +131,12 @@ bool unflatten(std::span<const std::byte> flat, GradientData& gradient) {
     }
     gradient.points.clear();
     const auto count = readFlat<std::int32_t>(flat, 0);
-    std::size_t offset = FlatHeaderBytes;
-    for (std::int32_t n = 0; n < count; ++n, offset += FlatPointBytes) {
-        if (!holdsBytes(flat, offset, sizeof(float))) {
-            return false;
-        }
+    return readRecords(flat, FlatHeaderBytes, count, FlatPointBytes, [&](std::size_t offset) {
         const GradientPoint point{readFlat<std::int32_t>(flat, offset + 4), readFlat<float>(flat, offset + 8),
                                   readFlat<float>(flat, offset + 12), readFlat<float>(flat, offset + 16),
                                   readFlat<float>(flat, offset + 20)};
         InsertPoint(gradient, readFlat<float>(flat, offset), point);
-        if (!holdsBytes(flat, offset, FlatPointBytes)) {
-            return false;
-        }
-    }
-    return true;
+    });
 }
 
 std::string printText(const GradientData& gradient) {
@@ -161,15 +151,7 @@ std::string printText(const GradientData& gradient) {
 
 bool scanText(std::string_view text, GradientData& gradient) {
     WordStream words(text);
-    if (!words.word(TextWord)) {
-        return false;
-    }
-    while (!words.atEnd()) {
-        if (!scanPoint(words, gradient)) {
-            return false;
-        }
-    }
-    return true;
+    return words.word(TextWord) && words.groups([&] { return scanPoint(words, gradient); });
 }
 
 GradientData interpolate(const GradientData& first, const GradientData& second, double t) {
@@ -185,13 +167,7 @@ GradientData interpolate(const GradientData& first, const GradientData& second, 
 }
 
 bool sameValue(const GradientData& left, const GradientData& right) {
-    if (left.points.size() != right.points.size()) {
-        return false;
-    }
-    return std::all_of(left.points.begin(), left.points.end(), [&right](const auto& entry) {
-        const auto found = right.points.find(entry.first);
-        return found != right.points.end() && samePoint(entry.second, found->second);
-    });
+    return samePoints(left.points, right.points, samePoint);
 }
 
 }  // namespace Tessavoy

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <map>
 
 namespace Tessavoy {
@@ -33,6 +35,15 @@ inline float mixSingle(float first, float second, double t) {
 inline bool sameWithinTolerance(float left, float right) {
     const bool equal = left == right || (std::isnan(left) && std::isnan(right));
     return equal || std::abs(static_cast<double>(left) - static_cast<double>(right)) <= 0.0001;
+}
+
+/// Whether both maps have the same positions, exactly, and same(left, right) for the two values at each.
+template <class Value, class Same>
+bool samePoints(const PositionMap<Value>& left, const PositionMap<Value>& right, Same same) {
+    return left.size() == right.size() && std::all_of(left.begin(), left.end(), [&](const auto& entry) {
+               const auto found = right.find(entry.first);
+               return found != right.end() && same(entry.second, found->second);
+           });
 }
 
 /// Interpolates two maps of points, paired by rank and not by position: n-th with n-th, and what the longer map has

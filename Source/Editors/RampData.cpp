@@ -1,6 +1,5 @@
 #include "Source/Editors/RampData.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iterator>
@@ -147,15 +146,15 @@ void writeInterpolation(std::ostream& stream, std::int32_t interpolation) {
     }
 }
 
-/// Reads one of `choices` into `number`, its place in the list; false if the word is another.
+/// Takes one of `choices` into `number`, its place in the list; false if the word is another. The text may end here.
 template <std::size_t Count>
 bool scanChoice(WordStream& words, const std::array<std::string_view, Count>& choices, std::int32_t& number) {
-    const auto found = std::find(choices.begin(), choices.end(), words.word());
-    if (found == choices.end()) {
-        return false;
+    if (words.atEnd()) {
+        return true;
     }
-    number = static_cast<std::int32_t>(found - choices.begin());
-    return true;
+    const auto choice = words.choice(choices);
+    number = choice.value_or(number);
+    return choice.has_value();
 }
 
 bool scanPoint(WordStream& words, RampData& ramp) {
@@ -208,17 +207,9 @@ bool unflatten(std::span<const std::byte> flat, RampData& ramp) {
     ramp.interpolation = readFlat<std::int32_t>(flat, 4);
     ramp.points.clear();
     const auto count = readFlat<std::int32_t>(flat, 8);
-    std::size_t offset = FlatHeaderBytes;
-    for (std::int32_t n = 0; n < count; ++n, offset += FlatPointBytes) {
-        if (!holdsBytes(flat, offset, sizeof(float))) {
-            return false;
-        }
+    return readRecords(flat, FlatHeaderBytes, count, FlatPointBytes, [&](std::size_t offset) {
         ramp.points.insert_or_assign(readFlat<float>(flat, offset), readFlat<float>(flat, offset + 4));
-        if (!holdsBytes(flat, offset, FlatPointBytes)) {
-            return false;
-        }
-    }
-    return true;
+    });
 }
 
 std::string printText(const RampData& ramp) {
@@ -235,21 +226,9 @@ std::string printText(const RampData& ramp) {
 
 bool scanText(std::string_view text, RampData& ramp) {
     WordStream words(text);
-    if (!words.word(TextWord)) {
-        return false;
-    }
-    if (!words.atEnd() && !scanChoice(words, ModeWords, ramp.mode)) {
-        return false;
-    }
-    if (!words.atEnd() && !scanChoice(words, InterpolationWords, ramp.interpolation)) {
-        return false;
-    }
-    while (!words.atEnd()) {
-        if (!scanPoint(words, ramp)) {
-            return false;
-        }
-    }
-    return true;
+    return words.word(TextWord) && scanChoice(words, ModeWords, ramp.mode) &&
+           scanChoice(words, InterpolationWords, ramp.interpolation) &&
+           words.groups([&] { return scanPoint(words, ramp); });
 }
 
 RampData interpolate(const RampData& first, const RampData& second, double t) {
@@ -259,14 +238,8 @@ RampData interpolate(const RampData& first, const RampData& second, double t) {
 }
 
 bool sameValue(const RampData& left, const RampData& right) {
-    if (left.mode != right.mode || left.interpolation != right.interpolation ||
-        left.points.size() != right.points.size()) {
-        return false;
-    }
-    return std::all_of(left.points.begin(), left.points.end(), [&right](const auto& entry) {
-        const auto found = right.points.find(entry.first);
-        return found != right.points.end() && sameWithinTolerance(entry.second, found->second);
-    });
+    return left.mode == right.mode && left.interpolation == right.interpolation &&
+           samePoints(left.points, right.points, sameWithinTolerance);
 }
 
 }  // namespace Tessavoy

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <locale>
 #include <optional>
 #include <sstream>
@@ -31,6 +35,14 @@ public:
     /// Takes the next word; whether it is `expected`.
     bool word(std::string_view expected) { return word() == expected; }
 
+    /// Takes the next word; its place in `choices`, or nothing if it is none of them.
+    template <std::size_t Count>
+    std::optional<std::int32_t> choice(const std::array<std::string_view, Count>& choices) {
+        const auto found = std::find(choices.begin(), choices.end(), word());
+        return found == choices.end() ? std::nullopt
+                                      : std::optional(static_cast<std::int32_t>(found - choices.begin()));
+    }
+
     /// Takes a word and a number; the number, or nothing if the word isn't `label` or the number can't be read.
     std::optional<float> labelled(std::string_view label) {
         float number = 0.0f;
@@ -38,6 +50,17 @@ public:
             return std::nullopt;
         }
         return number;
+    }
+
+    /// Calls `takeGroup` until nothing is left; false as soon as it says that its words don't belong.
+    template <class TakeGroup>
+    bool groups(TakeGroup takeGroup) {
+        while (!atEnd()) {
+            if (!takeGroup()) {
+                return false;
+            }
+        }
+        return true;
     }
 
 private:

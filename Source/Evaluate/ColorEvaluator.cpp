@@ -2,7 +2,9 @@
 
 #include "Source/Evaluate/Chunks.h"
 #include "Source/Evaluate/HspColor.h"
+#include "Source/Evaluate/HspColorAvx2.h"
 #include "Source/Evaluate/Truncation.h"
+#include "Source/Evaluate/VectorLanes.h"
 
 namespace Tessavoy {
 
@@ -76,6 +78,8 @@ public:
 
     Shift at(int k) const { return shiftOf(mBrightness[k], mHue[k], mSaturation[k]); }
 
+    HspShifts all() const { return {mBrightness.data(), mHue.data(), mSaturation.data()}; }
+
 private:
     std::array<double, chunkCells> mBrightness;
     std::array<double, chunkCells> mHue;
@@ -85,8 +89,9 @@ private:
 /// Cells of one base colour, which enters the model once.
 void evaluateBase(const ColorEvaluator& color, const ShiftChunk& shifts, std::array<float, 4>* out, int length) {
     const Rgb base = baseColor(color);
+    const int done = widestLanes() == VectorLanes::Avx2 ? shiftedColorsAvx2(base, shifts.all(), length, out) : 0;
     const HspColor inModel = toHsp(base[0], base[1], base[2]);
-    for (int k = 0; k < length; ++k) {
+    for (int k = done; k < length; ++k) {
         const Shift shift = shifts.at(k);
         out[k] = shift.isNone() ? opaque(base) : shifted(inModel, shift);
     }

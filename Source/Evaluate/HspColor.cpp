@@ -8,8 +8,6 @@ namespace {
 
 enum Channel { red, green, blue };
 
-constexpr std::array<double, 3> weights = {0.299, 0.587, 0.114};
-
 /// One sixth of the hue circle: which channel is largest, which lies between and which is smallest. In the even sectors
 /// the middle channel grows with the hue, in the odd ones it falls.
 struct Sector {
@@ -57,7 +55,7 @@ double positionAt(int sector, double hue) {
 }  // namespace
 
 HspColor toHsp(double r, double g, double b) {
-    const double brightness = std::sqrt(r * r * weights[red] + g * g * weights[green] + b * b * weights[blue]);
+    const double brightness = std::sqrt(r * r * hspWeights[red] + g * g * hspWeights[green] + b * b * hspWeights[blue]);
     if (r == g && r == b) {
         return {0.0, 0.0, brightness};
     }
@@ -73,15 +71,15 @@ HspColor toHsp(double r, double g, double b) {
 std::array<double, 3> toRgb(const HspColor& color) {
     const int number = sectorOf(color.hue);
     const Sector& sector = sectors[number];
-    const double largestWeight = weights[sector.largest];
-    const double middleWeight = weights[sector.middle];
+    const double largestWeight = hspWeights[sector.largest];
+    const double middleWeight = hspWeights[sector.middle];
     const double position = positionAt(number, color.hue);
     const double ratio = 1.0 - color.saturation;
     const double p = color.brightness;
     std::array<double, 3> rgb{};
     if (ratio > 0.0) {
         const double middle = 1.0 + position * (1.0 / ratio - 1.0);
-        const double sum = largestWeight / ratio / ratio + middleWeight * middle * middle + weights[sector.smallest];
+        const double sum = largestWeight / ratio / ratio + middleWeight * middle * middle + hspWeights[sector.smallest];
         const double smallest = p / std::sqrt(sum);
         const double largest = smallest / ratio;
         rgb[sector.largest] = largest;

@@ -12,6 +12,9 @@ struct HspColor {
     double brightness = 0;
 };
 
+/// How much red, green and blue weigh in the perceived brightness.
+inline constexpr std::array<double, 3> hspWeights = {0.299, 0.587, 0.114};
+
 /// brightness = sqrt(0.299 r^2 + 0.587 g^2 + 0.114 b^2), saturation = 1 - smallest / largest. The largest channel is
 /// looked for in the order red, green, blue, so that of equal ones the first leads the sector. Grey has hue 0 and
 /// saturation 0.

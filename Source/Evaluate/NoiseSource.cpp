@@ -2,6 +2,7 @@
 
 #include "Source/Evaluate/Chunks.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -29,12 +30,21 @@ bool isLooped(const NoiseSource& noise) {
     return noise.LoopZ != 0.0;
 }
 
-double placeX(const NoiseSource& noise, double u) {
-    return (noise.Scale * u * noise.ScaleX - noise.OffsetX) * 0.1;
+/// Where a coordinate lies in the noise along one axis.
+struct Placement {
+    double scale;
+    double axisScale;
+    double offset;
+
+    double of(double coordinate) const { return (scale * coordinate * axisScale - offset) * 0.1; }
+};
+
+Placement placementX(const NoiseSource& noise) {
+    return {noise.Scale, noise.ScaleX, noise.OffsetX};
 }
 
-double placeY(const NoiseSource& noise, double v) {
-    return (noise.Scale * v * noise.ScaleY - noise.OffsetY) * 0.1;
+Placement placementY(const NoiseSource& noise) {
+    return {noise.Scale, noise.ScaleY, noise.OffsetY};
 }
 
 double faded(const Crossfade& fade, double multiplier, double slice, double otherSlice) {
@@ -58,47 +68,63 @@ double fieldAt(const NoiseSource& noise, double x, double y) {
                  noise.table->perlin(x, y, fade.otherDepth));
 }
 
-/// fieldAt for the cells of a chunk.
-void fieldsAt(const NoiseSource& noise, const Chunk& x, const Chunk& y, double* out, int length) {
-    if (!isLooped(noise)) {
-        noise.table->perlin(x.data(), y.data(), noise.OffsetZ * 0.1, out, length);
-        for (int k = 0; k < length; ++k) {
-            out[k] *= noise.Multiplier;
-        }
-        return;
+/// The places of a chunk's cells. All loops over a chunk are as long as its arrays, so that they need no rest behind
+/// their vectors; what is not a cell is a number without a meaning.
+Chunk placesOf(const Placement& placement, const float* coordinates, int length) {
+    std::array<float, chunkCells> known{};
+    std::copy_n(coordinates, length, known.begin());
+    Chunk places;
+    for (int k = 0; k < chunkCells; ++k) {
+        places[k] = placement.of(known[k]);
     }
-    const Crossfade fade = crossfadeOf(noise);
-    Chunk others;
-    noise.table->perlin(x.data(), y.data(), fade.depth, out, length);
-    noise.table->perlin(x.data(), y.data(), fade.otherDepth, others.data(), length);
-    for (int k = 0; k < length; ++k) {
-        out[k] = faded(fade, noise.Multiplier, out[k], others[k]);
-    }
+    return places;
 }
 
-void multiplyByLayer(const NoiseSource& noise, const float* u, const float* v, double* out, int length) {
-    Chunk factors;
+Chunk sliceAt(const NoiseSource& noise, const Chunk& x, const Chunk& y, double depth, int length) {
+    Chunk slice{};
+    noise.table->perlin(x.data(), y.data(), depth, slice.data(), length);
+    return slice;
+}
+
+/// fieldAt for the cells of a chunk.
+Chunk fieldsAt(const NoiseSource& noise, const float* u, const float* v, int length) {
+    const Chunk x = placesOf(placementX(noise), u, length);
+    const Chunk y = placesOf(placementY(noise), v, length);
+    const double multiplier = noise.Multiplier;
+    if (!isLooped(noise)) {
+        Chunk fields = sliceAt(noise, x, y, noise.OffsetZ * 0.1, length);
+        for (double& field : fields) {
+            field *= multiplier;
+        }
+        return fields;
+    }
+    const Crossfade fade = crossfadeOf(noise);
+    Chunk fields = sliceAt(noise, x, y, fade.depth, length);
+    const Chunk others = sliceAt(noise, x, y, fade.otherDepth, length);
+    for (int k = 0; k < chunkCells; ++k) {
+        fields[k] = faded(fade, multiplier, fields[k], others[k]);
+    }
+    return fields;
+}
+
+void multiplyByLayer(const NoiseSource& noise, const float* u, const float* v, Chunk& fields, int length) {
+    Chunk factors{};
     sampleLayerChannels(*noise.layers, noise.MultLayer.Index - 1, u, v, noise.MultLayer.Source, length, factors.data());
-    for (int k = 0; k < length; ++k) {
-        out[k] *= factors[k];
+    for (int k = 0; k < chunkCells; ++k) {
+        fields[k] *= factors[k];
     }
 }
 
 void sampleChunk(const NoiseSource& noise, const float* u, const float* v, double* out, int length) {
-    Chunk x;
-    Chunk y;
-    for (int k = 0; k < length; ++k) {
-        x[k] = placeX(noise, u[k]);
-        y[k] = placeY(noise, v[k]);
-    }
-    fieldsAt(noise, x, y, out, length);
+    Chunk fields = fieldsAt(noise, u, v, length);
     if (hasLayer(noise)) {
-        multiplyByLayer(noise, u, v, out, length);
+        multiplyByLayer(noise, u, v, fields, length);
     }
     const double shift = rangeShift(noise);
-    for (int k = 0; k < length; ++k) {
-        out[k] = shift + out[k];
+    for (double& field : fields) {
+        field = shift + field;
     }
+    std::copy_n(fields.begin(), length, out);
 }
 
 }  // namespace
@@ -111,7 +137,7 @@ double NoiseSource::sample(float u, float v) const {
     if (isInert()) {
         return 0.0;
     }
-    double noise = fieldAt(*this, placeX(*this, u), placeY(*this, v));
+    double noise = fieldAt(*this, placementX(*this).of(u), placementY(*this).of(v));
     if (hasLayer(*this)) {
         noise *= sampleLayerChannel(*layers, MultLayer.Index - 1, u, v, MultLayer.Source);
     }

@@ -90,14 +90,6 @@ double PerlinTable::perlin(double x, double y, double z) const {
     return noiseAt(entries(), axisOf(x), axisOf(y), axisOf(z));
 }
 
-void PerlinTable::perlin(const double* x, const double* y, const double* z, double* out, int count,
-                         VectorLanes lanes) const {
-    const int done = lanes == VectorLanes::Avx2 ? perlinAvx2(entries(), x, y, z, count, out) : 0;
-    for (int k = done; k < count; ++k) {
-        out[k] = perlin(x[k], y[k], z[k]);
-    }
-}
-
 void PerlinTable::perlin(const double* x, const double* y, double z, double* out, int count, VectorLanes lanes) const {
     const int done = lanes == VectorLanes::Avx2 ? perlinSliceAvx2(entries(), x, y, z, count, out) : 0;
     const Axis depth = axisOf(z);

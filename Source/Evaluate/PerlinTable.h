@@ -17,12 +17,8 @@ public:
     /// axis, for any finite coordinate. NaN where a coordinate is not finite.
     double perlin(double x, double y, double z) const;
 
-    /// perlin(x[k], y[k], z[k]) into out[k] for k in 0..count - 1; bit-equal to the single calls whatever the lanes.
-    /// out may be one of the inputs.
-    void perlin(const double* x, const double* y, const double* z, double* out, int count,
-                VectorLanes lanes = widestLanes()) const;
-
-    /// The same for points of one slice.
+    /// perlin(x[k], y[k], z) into out[k] for k in 0..count - 1; bit-equal to the single calls whatever the lanes. out
+    /// may be one of the inputs.
     void perlin(const double* x, const double* y, double z, double* out, int count,
                 VectorLanes lanes = widestLanes()) const;
 

@@ -59,98 +59,122 @@ TESSAVOY_TARGET_AVX2 inline Words secondPlus(EntryPairs pairs, Words added) {
     return _mm256_add_epi64(_mm256_srli_epi64(pairs, 32), added);
 }
 
-/// Brings bit number Bit of each 64-bit lane to the sign, where the blends and the negations look for it.
-template <int Bit>
-TESSAVOY_TARGET_AVX2 inline Doubles bitAsSign(Words words) {
-    return _mm256_castsi256_pd(_mm256_slli_epi64(words, 63 - Bit));
+/// The factors of the three distances in the gradient of each hash modulo 16, as the uppermost byte of a double: p is
+/// 2, m is -2, and all other bytes of both are zero.
+constexpr char p = 0x40;
+constexpr char m = static_cast<char>(0xC0);
+alignas(16) constexpr char acrossFactors[16] = {p, m, p, m, p, m, p, m, 0, 0, 0, 0, p, 0, m, 0};
+alignas(16) constexpr char downFactors[16] = {p, p, m, m, 0, 0, 0, 0, p, m, p, m, p, m, p, m};
+alignas(16) constexpr char inwardFactors[16] = {0, 0, 0, 0, p, p, m, m, p, p, m, m, 0, p, 0, m};
+
+/// hashes: modulo 16 in the uppermost byte of each 64-bit lane; all others have their sign bit set, which makes 0.
+TESSAVOY_TARGET_AVX2 inline Doubles factorsOf(const char* table, Words hashes) {
+    const Words bytes = _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(table)));
+    return _mm256_mul_pd(_mm256_castsi256_pd(_mm256_shuffle_epi8(bytes, hashes)), all(0.5));
 }
 
-TESSAVOY_TARGET_AVX2 inline Doubles negatedBy(Doubles value, Doubles sign) {
-    return _mm256_xor_pd(value, _mm256_and_pd(sign, all(-0.0)));
-}
+/// One corner of the lattice cell of each point, for points that share y and z: the product of the corner's distances
+/// with its gradient is slope * dx + rest.
+///
+/// A gradient takes two of the distances as they are or negated. The third has the factor 0 and adds nothing but the
+/// sign of a zero, which the sum with 1 at the end takes away; so the bits are those of the two terms' sum.
+struct Corner {
+    Doubles slope;
+    Doubles rest;
+};
 
-/// The gradient product as the scalar form has it, its cases as bits of the hash: the first term is dy where bit 3 is
-/// set; the second is dy where bits 2 and 3 are clear, else dx where both are set and bit 0 is clear (12 and 14), else
-/// dz.
+/// The hash stands at bit HashAt of each pair.
 template <int HashAt>
-TESSAVOY_TARGET_AVX2 inline Doubles gradient(EntryPairs pairs, Doubles dx, Doubles dy, Doubles dz) {
-    const Doubles bit0 = bitAsSign<HashAt>(pairs);
-    const Doubles bit1 = bitAsSign<HashAt + 1>(pairs);
-    const Doubles bit2 = bitAsSign<HashAt + 2>(pairs);
-    const Doubles bit3 = bitAsSign<HashAt + 3>(pairs);
-    const Doubles first = _mm256_blendv_pd(dx, dy, bit3);
-    const Doubles isTwelveOrFourteen = _mm256_andnot_pd(bit0, _mm256_and_pd(bit2, bit3));
-    const Doubles upper = _mm256_blendv_pd(dz, dx, isTwelveOrFourteen);
-    const Doubles second = _mm256_blendv_pd(dy, upper, _mm256_or_pd(bit2, bit3));
-    return _mm256_add_pd(negatedBy(first, bit0), negatedBy(second, bit1));
+TESSAVOY_TARGET_AVX2 inline Corner cornerOf(EntryPairs pairs, Doubles dy, Doubles dz) {
+    const Words atTop = _mm256_and_si256(_mm256_slli_epi64(pairs, 56 - HashAt), _mm256_set1_epi64x(0xFLL << 56));
+    const Words hashes = _mm256_or_si256(atTop, _mm256_set1_epi64x(0x0080808080808080));
+    return {factorsOf(acrossFactors, hashes), _mm256_add_pd(_mm256_mul_pd(dy, factorsOf(downFactors, hashes)),
+                                                            _mm256_mul_pd(dz, factorsOf(inwardFactors, hashes)))};
 }
 
 TESSAVOY_TARGET_AVX2 inline Doubles mix(Doubles t, Doubles a, Doubles b) {
     return _mm256_add_pd(a, _mm256_mul_pd(t, _mm256_sub_pd(b, a)));
 }
 
-/// One slice of the lattice cell: the corners' hashes stand at bit HashAt of each pair.
-struct Corners {
-    EntryPairs aa, ba, ab, bb;
+/// Two corners that differ in x alone.
+struct Edge {
+    Corner left;
+    Corner right;
+
+    TESSAVOY_TARGET_AVX2 Doubles at(const Axis& x) const {
+        const Doubles fromLeft = x.place;
+        const Doubles fromRight = _mm256_sub_pd(x.place, all(1.0));
+        return mix(x.fade, _mm256_add_pd(_mm256_mul_pd(fromLeft, left.slope), left.rest),
+                   _mm256_add_pd(_mm256_mul_pd(fromRight, right.slope), right.rest));
+    }
 };
 
-template <int HashAt>
-TESSAVOY_TARGET_AVX2 inline Doubles slice(const Corners& hashes, const Axis& x, const Axis& y, Doubles dz) {
-    const Doubles right = _mm256_sub_pd(x.place, all(1.0));
-    const Doubles below = _mm256_sub_pd(y.place, all(1.0));
-    const Doubles upperEdge =
-        mix(x.fade, gradient<HashAt>(hashes.aa, x.place, y.place, dz), gradient<HashAt>(hashes.ba, right, y.place, dz));
-    const Doubles lowerEdge =
-        mix(x.fade, gradient<HashAt>(hashes.ab, x.place, below, dz), gradient<HashAt>(hashes.bb, right, below, dz));
-    return mix(y.fade, upperEdge, lowerEdge);
-}
+/// The lattice cells of a group of points in one slice. Points that follow each other in a row of a grid mostly lie in
+/// the same ones, so they are kept until a point leaves them.
+class LatticeCells {
+public:
+    TESSAVOY_TARGET_AVX2 LatticeCells(const std::uint32_t* entries, double z)
+        : mEntries(entries), mZ(axisOf(all(z))), mCellX(_mm256_set1_epi64x(-1)) {}
 
-TESSAVOY_TARGET_AVX2 inline Corners cornersOf(const std::uint32_t* entries, Words x, Words y, Words z) {
-    const EntryPairs columns = entriesAt(entries, x);
-    const EntryPairs a = entriesAt(entries, firstPlus(columns, y));
-    const EntryPairs b = entriesAt(entries, secondPlus(columns, y));
-    return {entriesAt(entries, firstPlus(a, z)), entriesAt(entries, firstPlus(b, z)),
-            entriesAt(entries, secondPlus(a, z)), entriesAt(entries, secondPlus(b, z))};
-}
+    TESSAVOY_TARGET_AVX2 Doubles noiseAt(Doubles xs, Doubles ys) {
+        const Axis x = axisOf(xs);
+        if (!holds(x.cell, ys)) {
+            enter(x.cell, ys);
+        }
+        const Doubles lower = mix(mY.fade, mEdges[0].at(x), mEdges[1].at(x));
+        const Doubles upper = mix(mY.fade, mEdges[2].at(x), mEdges[3].at(x));
+        return _mm256_mul_pd(_mm256_add_pd(mix(mZ.fade, lower, upper), all(1.0)), all(0.5));
+    }
 
-TESSAVOY_TARGET_AVX2 inline Doubles noiseAt(const std::uint32_t* entries, const Axis& x, const Axis& y, const Axis& z) {
-    const Corners hashes = cornersOf(entries, x.cell, y.cell, z.cell);
-    const Doubles lower = slice<0>(hashes, x, y, z.place);
-    const Doubles upper = slice<32>(hashes, x, y, _mm256_sub_pd(z.place, all(1.0)));
-    return _mm256_mul_pd(_mm256_add_pd(mix(z.fade, lower, upper), all(1.0)), all(0.5));
-}
+private:
+    TESSAVOY_TARGET_AVX2 bool holds(Words cellX, Doubles ys) const {
+        const Words across = _mm256_xor_si256(cellX, mCellX);
+        const Words down = _mm256_castpd_si256(_mm256_xor_pd(ys, mYs));
+        const Words differences = _mm256_or_si256(across, down);
+        return _mm256_testz_si256(differences, differences) != 0;
+    }
+
+    TESSAVOY_TARGET_AVX2 void enter(Words cellX, Doubles ys) {
+        mCellX = cellX;
+        mYs = ys;
+        mY = axisOf(ys);
+        const EntryPairs columns = entriesAt(mEntries, cellX);
+        const EntryPairs a = entriesAt(mEntries, firstPlus(columns, mY.cell));
+        const EntryPairs b = entriesAt(mEntries, secondPlus(columns, mY.cell));
+        enterEdges(0, entriesAt(mEntries, firstPlus(a, mZ.cell)), entriesAt(mEntries, firstPlus(b, mZ.cell)), mY.place);
+        enterEdges(1, entriesAt(mEntries, secondPlus(a, mZ.cell)), entriesAt(mEntries, secondPlus(b, mZ.cell)),
+                   _mm256_sub_pd(mY.place, all(1.0)));
+    }
+
+    /// Both edges along x that lie dy away in y: at the slice's lower and upper z.
+    TESSAVOY_TARGET_AVX2 void enterEdges(int down, EntryPairs left, EntryPairs right, Doubles dy) {
+        const Doubles dz = mZ.place;
+        const Doubles fromUpper = _mm256_sub_pd(dz, all(1.0));
+        mEdges[down] = {cornerOf<0>(left, dy, dz), cornerOf<0>(right, dy, dz)};
+        mEdges[2 + down] = {cornerOf<32>(left, dy, fromUpper), cornerOf<32>(right, dy, fromUpper)};
+    }
+
+    const std::uint32_t* mEntries;
+    Axis mZ;
+    Words mCellX;  ///< -1, which no cell is, until the first point
+    Doubles mYs{};
+    Axis mY{};
+    Edge mEdges[4];  ///< by z and y
+};
 
 }  // namespace
 
-TESSAVOY_TARGET_AVX2 int perlinAvx2(const std::uint32_t* entries, const double* x, const double* y, const double* z,
-                                    int count, double* out) {
-    int done = 0;
-    for (; count - done >= vectorLanes; done += vectorLanes) {
-        const Axis across = axisOf(_mm256_loadu_pd(x + done));
-        const Axis down = axisOf(_mm256_loadu_pd(y + done));
-        const Axis depth = axisOf(_mm256_loadu_pd(z + done));
-        _mm256_storeu_pd(out + done, noiseAt(entries, across, down, depth));
-    }
-    return done;
-}
-
 TESSAVOY_TARGET_AVX2 int perlinSliceAvx2(const std::uint32_t* entries, const double* x, const double* y, double z,
                                          int count, double* out) {
-    const Axis depth = axisOf(all(z));
+    LatticeCells cells(entries, z);
     int done = 0;
     for (; count - done >= vectorLanes; done += vectorLanes) {
-        const Axis across = axisOf(_mm256_loadu_pd(x + done));
-        const Axis down = axisOf(_mm256_loadu_pd(y + done));
-        _mm256_storeu_pd(out + done, noiseAt(entries, across, down, depth));
+        _mm256_storeu_pd(out + done, cells.noiseAt(_mm256_loadu_pd(x + done), _mm256_loadu_pd(y + done)));
     }
     return done;
 }
 
 #else
-
-int perlinAvx2(const std::uint32_t*, const double*, const double*, const double*, int, double*) {
-    return 0;
-}
 
 int perlinSliceAvx2(const std::uint32_t*, const double*, const double*, double, int, double*) {
     return 0;

@@ -3,6 +3,7 @@
 #include "Source/Evaluate/Chunks.h"
 #include "Source/Evaluate/Truncation.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -22,23 +23,42 @@ double rangeShare(const PropertyEvaluator& property) {
     return (property.ValueOffset * 0.5 - 50.0) * 0.01;
 }
 
-double valueOf(const PropertyEvaluator& property, const Samples& samples) {
-    double sum = property.Value + samples.noise;
-    double width = property.Noise.Multiplier;
-    if (property.Layer.active()) {
-        sum += samples.layer * property.Layer.Multiplier;
-        width += property.Layer.Multiplier;
+/// The plain value as a formula of the samples, with all that is the same for every cell worked out.
+class ValueFormula {
+public:
+    explicit ValueFormula(const PropertyEvaluator& property)
+        : mValue(property.Value), mHasLayer(property.Layer.active()), mLayerMultiplier(property.Layer.Multiplier) {
+        const double noiseWidth = property.Noise.Multiplier;
+        mShift = rangeShare(property) * (mHasLayer ? noiseWidth + mLayerMultiplier : noiseWidth);
     }
-    return rangeShare(property) * width + sum;
-}
 
-double clampedValueOf(const PropertyEvaluator& property, const Samples& samples) {
-    const double value = valueOf(property, samples);
-    if (value < 0.0) {
-        return 0.0;
+    double operator()(const Samples& samples) const {
+        const double sum = mValue + samples.noise;
+        return mShift + (mHasLayer ? sum + samples.layer * mLayerMultiplier : sum);
     }
-    return property.Flag && value > 1.0 ? 1.0 : value;
-}
+
+private:
+    double mValue;
+    bool mHasLayer;
+    double mLayerMultiplier;
+    double mShift;
+};
+
+/// The same, never below 0 and with the flag never above 1.
+class ClampedFormula {
+public:
+    explicit ClampedFormula(const PropertyEvaluator& property) : mValueOf(property), mCropToOne(property.Flag) {}
+
+    double operator()(const Samples& samples) const {
+        const double value = mValueOf(samples);
+        const double capped = mCropToOne && value > 1.0 ? 1.0 : value;
+        return capped < 0.0 ? 0.0 : capped;
+    }
+
+private:
+    ValueFormula mValueOf;
+    bool mCropToOne;
+};
 
 /// The position in the frames as a fraction of them, not yet wrapped or pinned.
 double framePosition(const PropertyEvaluator& property, const Samples& samples, A_long frames, double phase) {
@@ -72,7 +92,8 @@ Samples samplesAt(const PropertyEvaluator& property, float u, float v) {
             layer.active() ? sampleLayerChannel(*property.layers, layer.slot(), u, v, layer.Source) : 0.0};
 }
 
-/// Gives out[k] the formula of the samples at cell k.
+/// Gives out[k] the formula of the samples at cell k. The loop over a chunk is as long as its arrays, so that it needs
+/// no rest behind its vectors.
 template <class Formula, class Result>
 void evaluateCells(const PropertyEvaluator& property, const float* u, const float* v, Result* out, int count,
                    const Formula& formula) {
@@ -82,35 +103,38 @@ void evaluateCells(const PropertyEvaluator& property, const float* u, const floa
     }
     const LayerTerm& layer = property.Layer;
     forEachChunk(count, [&](int first, int length) {
-        std::array<double, chunkCells> noises;
+        std::array<double, chunkCells> noises{};
         std::array<double, chunkCells> channels{};
         property.Noise.sample(u + first, v + first, noises.data(), length);
         if (layer.active()) {
             sampleLayerChannels(*property.layers, layer.slot(), u + first, v + first, layer.Source, length,
                                 channels.data());
         }
-        for (int k = 0; k < length; ++k) {
-            out[first + k] = formula(Samples{noises[k], channels[k]});
+        const Formula formulaHere = formula;  // a copy that nothing written here can change
+        std::array<Result, chunkCells> results;
+        for (int k = 0; k < chunkCells; ++k) {
+            results[k] = formulaHere(Samples{noises[k], channels[k]});
         }
+        std::copy_n(results.begin(), length, out + first);
     });
 }
 
 }  // namespace
 
 double PropertyEvaluator::evaluate(float u, float v) const {
-    return valueOf(*this, samplesAt(*this, u, v));
+    return ValueFormula(*this)(samplesAt(*this, u, v));
 }
 
 void PropertyEvaluator::evaluate(const float* u, const float* v, double* out, int count) const {
-    evaluateCells(*this, u, v, out, count, [this](const Samples& samples) { return valueOf(*this, samples); });
+    evaluateCells(*this, u, v, out, count, ValueFormula(*this));
 }
 
 double PropertyEvaluator::evaluateClamped(float u, float v) const {
-    return clampedValueOf(*this, samplesAt(*this, u, v));
+    return ClampedFormula(*this)(samplesAt(*this, u, v));
 }
 
 void PropertyEvaluator::evaluateClamped(const float* u, const float* v, double* out, int count) const {
-    evaluateCells(*this, u, v, out, count, [this](const Samples& samples) { return clampedValueOf(*this, samples); });
+    evaluateCells(*this, u, v, out, count, ClampedFormula(*this));
 }
 
 A_long PropertyEvaluator::evaluateIndex(float u, float v, A_long frames, double phase) const {

@@ -182,21 +182,20 @@ std::uint32_t MakeFogTexture(const FogGradient& gradient) {
 
 void DrawInstanceBatch(const AESDK_OpenGL_EffectRenderData& renderData, std::int32_t indexCount,
                        std::int32_t vertexStride, bool textured, std::uint32_t atlasTexture,
-                       const ViewProjection& viewProjection, const FogState& fog, const ZDepthState& zDepth,
-                       float multiplier16bit, std::int32_t blendMode) {
-    const bool drawsDepth = zDepth.enabled != 0;
+                       const BatchSurroundings& surroundings) {
+    const bool drawsDepth = surroundings.zDepth.enabled != 0;
     const GLuint program = instanceProgram(renderData, textured, drawsDepth);
-    SetBlendMode(blendMode);
+    SetBlendMode(surroundings.blendMode);
     glUseProgram(program);
-    setMatrix(program, viewProjection.projection);
+    setMatrix(program, surroundings.viewProjection.projection);
     if (textured) {
-        setFloat(program, "multiplier16bit", multiplier16bit);
+        setFloat(program, "multiplier16bit", surroundings.multiplier16bit);
         BindTextureUniform(program, atlasTexture, "inputTexture", 0);
     }
     if (drawsDepth) {
-        setZDepth(program, zDepth);
+        setZDepth(program, surroundings.zDepth);
     } else {
-        setFog(program, fog);
+        setFog(program, surroundings.fog);
     }
     const std::span<const AttributeField> fields =
         textured ? std::span<const AttributeField>(texturedFields) : shapeFields;

@@ -50,13 +50,21 @@ using FogGradient = std::function<void(float t, float* colour)>;
 /// (deleteTexture) at the end of the frame.
 std::uint32_t MakeFogTexture(const FogGradient& gradient);
 
+/// What all batches of a frame are drawn with.
+struct BatchSurroundings {
+    ViewProjection viewProjection;
+    FogState fog;
+    ZDepthState zDepth;
+    float multiplier16bit = 1.0F;  ///< as GetPixelTransfer gives it
+    std::int32_t blendMode = blendNormal;
+};
+
 /// Draws the triangles of the instance buffers into the attached target. Vertices are position (three floats), colour
 /// (four) and, when textured, u, v, layer, vertexStride bytes apart, in view space: the shaders are given the
-/// projection alone. multiplier16bit as GetPixelTransfer gives it.
+/// projection alone. The atlas is bound to GL_TEXTURE_2D_ARRAY of unit 0 already.
 void DrawInstanceBatch(const AESDK_OpenGL_EffectRenderData& renderData, std::int32_t indexCount,
                        std::int32_t vertexStride, bool textured, std::uint32_t atlasTexture,
-                       const ViewProjection& viewProjection, const FogState& fog, const ZDepthState& zDepth,
-                       float multiplier16bit, std::int32_t blendMode);
+                       const BatchSurroundings& surroundings);
 
 /// Draws the texture over the whole picture of width by height pixels: one to one, or, when multisampled, from a
 /// texture of twice the size, as the mean of five bilinear samples, at the pixel's centre and its four corners.

@@ -36,7 +36,7 @@ void AESDK_OpenGL_EffectCommonData::SetUpContext(const AESDK_OpenGL_EffectCommon
         throw AESDK_OpenGL_Fault(faultContext);
     }
     mContext = createPlatformContext(common != nullptr ? common->mContext.get() : nullptr);
-    MakeContextCurrent();
+    MakeContextCurrent();  // also because the context of an attempt that failed took the new one away as it went
     printDescription();
     extensions = glbinding::ContextInfo::extensions();
     glGetIntegerv(GL_MAX_ARRAY_TEXTURE_LAYERS, &maxArrayTextureLayers);

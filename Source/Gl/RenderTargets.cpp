@@ -117,7 +117,11 @@ void AttachTarget(AESDK_OpenGL_EffectRenderData& renderData, std::uint32_t textu
 }
 
 const char* framebufferStatusText() {
-    switch (glCheckFramebufferStatus(GL_FRAMEBUFFER)) {
+    return framebufferStatusText(static_cast<std::uint32_t>(glCheckFramebufferStatus(GL_FRAMEBUFFER)));
+}
+
+const char* framebufferStatusText(std::uint32_t status) {
+    switch (static_cast<GLenum>(status)) {
         case GL_FRAMEBUFFER_COMPLETE:
             return completeText.data();
         case GL_FRAMEBUFFER_INCOMPLETE_ATTACHMENT:

@@ -21,6 +21,9 @@ void AttachTarget(AESDK_OpenGL_EffectRenderData& renderData, std::uint32_t textu
 /// The state of the bound framebuffer as a text; "OK" when it is complete.
 const char* framebufferStatusText();
 
+/// The text for a status as glCheckFramebufferStatus gives it.
+const char* framebufferStatusText(std::uint32_t status);
+
 /// The check that follows each AttachTarget: when the bound framebuffer is not complete, its status text goes to the
 /// host's return message, to be shown, and Exception with code 4 is thrown.
 void checkFramebuffer(PF_InData* inData, PF_OutData* outData);

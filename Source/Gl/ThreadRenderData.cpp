@@ -18,7 +18,7 @@ using RenderDataMap = std::map<std::int32_t, std::shared_ptr<AESDK_OpenGL_Effect
 /// What all threads share. The render data mutex guards the map alone; the common data changes only at global set-up
 /// and set-down, when no render begins.
 struct SharedState {
-    std::mutex renderDataMutex;
+    std::mutex RenderDataMutex;
     RenderDataMap renderData;
     std::shared_ptr<AESDK_OpenGL_EffectCommonData> commonData;
     AESDK_OpenGL_EffectCommonData* common = nullptr;
@@ -38,7 +38,7 @@ void dropContexts() {
     const StateRestorer restorer;
     SharedState& state = shared();
     {
-        const std::lock_guard lock(state.renderDataMutex);
+        const std::lock_guard lock(state.RenderDataMutex);
         state.renderData.clear();
     }
     state.common = nullptr;
@@ -72,7 +72,7 @@ PF_Err setDownContexts() noexcept {
 
 std::shared_ptr<AESDK_OpenGL_EffectRenderData> GetThreadRenderData() {
     SharedState& state = shared();
-    const std::lock_guard lock(state.renderDataMutex);
+    const std::lock_guard lock(state.RenderDataMutex);
     if (RenderThreadId < 0) {
         RenderThreadId = nextRenderThreadId++;
     }

@@ -27,6 +27,17 @@ std::uint64_t refconOf(ArbitraryDefault dephault) {
     return GradientRefcon;
 }
 
+/// For sliders of whole and of real numbers, whose records name their numbers alike.
+template <class Slider, class Numbers>
+void setNumbers(Slider& slider, const Numbers& numbers) {
+    slider.value = numbers.dephault;
+    slider.valid_min = numbers.valid_min;
+    slider.valid_max = numbers.valid_max;
+    slider.slider_min = numbers.slider_min;
+    slider.slider_max = numbers.slider_max;
+    slider.dephault = numbers.dephault;
+}
+
 struct DefinitionWriter {
     PF_ParamDef& definition;
 
@@ -37,12 +48,7 @@ struct DefinitionWriter {
     void operator()(const Controls::FloatSlider& control) const {
         setKind(PF_Param_FLOAT_SLIDER, PF_ParamFlag_NONE, control.ui);
         PF_FloatSliderDef& slider = definition.u.fs_d;
-        slider.value = static_cast<double>(control.numbers.dephault);
-        slider.valid_min = control.numbers.valid_min;
-        slider.valid_max = control.numbers.valid_max;
-        slider.slider_min = control.numbers.slider_min;
-        slider.slider_max = control.numbers.slider_max;
-        slider.dephault = control.numbers.dephault;
+        setNumbers(slider, control.numbers);
         slider.precision = static_cast<PF_Precision>(control.numbers.precision);
         slider.display_flags = static_cast<PF_ValueDisplayFlags>(control.display);
         slider.curve_tolerance = curveTolerance;
@@ -50,13 +56,7 @@ struct DefinitionWriter {
 
     void operator()(const Controls::Slider& control) const {
         setKind(PF_Param_SLIDER);
-        PF_SliderDef& slider = definition.u.sd;
-        slider.value = control.numbers.dephault;
-        slider.valid_min = control.numbers.valid_min;
-        slider.valid_max = control.numbers.valid_max;
-        slider.slider_min = control.numbers.slider_min;
-        slider.slider_max = control.numbers.slider_max;
-        slider.dephault = control.numbers.dephault;
+        setNumbers(definition.u.sd, control.numbers);
     }
 
     void operator()(const Controls::Checkbox& control) const {

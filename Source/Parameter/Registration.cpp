@@ -4,7 +4,6 @@
 #include "Source/Parameter/ArbitraryDefaultValue.h"
 #include "Source/Parameter/Catalogue.h"
 #include "Source/Parameter/ParameterDefinition.h"
-#include "Source/Parameter/ParameterTree.h"
 #include "Source/Parameter/StringTable.h"
 
 #include <cstring>
@@ -18,9 +17,9 @@ public:
     Registration(PF_InData* inData, PF_OutData* outData)
         : mInData(inData), mOutData(outData), mSuites(inData->pica_basicP) {}
 
-    PF_Err run() {
+    PF_Err run(std::span<const ParameterDescription> parameters) {
         mOutData->num_params = 1;
-        for (const ParameterDescription& parameter : parameterTree()) {
+        for (const ParameterDescription& parameter : parameters) {
             const PF_Err error = add(parameter);
             if (error != PF_Err_NONE) {
                 return error;
@@ -91,7 +90,11 @@ private:
 }  // namespace
 
 PF_Err registerParameters(PF_InData* inData, PF_OutData* outData) {
-    return Registration(inData, outData).run();
+    return registerParameters(inData, outData, parameterTree());
+}
+
+PF_Err registerParameters(PF_InData* inData, PF_OutData* outData, std::span<const ParameterDescription> parameters) {
+    return Registration(inData, outData).run(parameters);
 }
 
 }  // namespace Tessavoy

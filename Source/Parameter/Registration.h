@@ -1,6 +1,9 @@
 #pragma once
 
 #include "HostInterface/Effect.h"
+#include "Source/Parameter/ParameterTree.h"
+
+#include <span>
 
 namespace Tessavoy {
 
@@ -12,5 +15,8 @@ namespace Tessavoy {
 /// result of register_ui. Throws the plain integer 516 for a missing suite, std::runtime_error for a parameter without
 /// disk id.
 PF_Err registerParameters(PF_InData* inData, PF_OutData* outData);
+
+/// The same for these parameters in the place of all 996.
+PF_Err registerParameters(PF_InData* inData, PF_OutData* outData, std::span<const ParameterDescription> parameters);
 
 }  // namespace Tessavoy

@@ -110,74 +110,36 @@ constexpr auto customParameters = customItems({"", Argument::Slot});
 constexpr auto customNoiseParameters = customItems({"", SubSection{Section::NoiseCustomProperty, {.label = 136}}});
 constexpr auto customRandomParameters = customItems({"", SubSection{Section::RandomProperty, {.label = 139}}});
 
-std::string_view sectionName(Section section) {
-    switch (section) {
-        case Section::MainParams:
-            return "MainParams";
-        case Section::GridParam:
-            return "GridParam";
-        case Section::AlphaParam:
-            return "AlphaParam";
-        case Section::IndexParam:
-            return "IndexParam";
-        case Section::ColorParam:
-            return "ColorParam";
-        case Section::VisibleParam:
-            return "VisibleParam";
-        case Section::NoiseProperty:
-            return "NoiseProperty";
-        case Section::NoiseCustomProperty:
-            return "NoiseCustomProperty";
-        case Section::LayerProperty:
-            return "LayerProperty";
-        case Section::MultLayerProperty:
-            return "MultLayerProperty";
-        case Section::RandomProperty:
-            return "RandomProperty";
-        case Section::CustomParameters:
-            return "CustomParameters";
-        case Section::CustomNoiseParameters:
-            return "CustomNoiseParameters";
-        case Section::CustomRandomParameters:
-            return "CustomRandomParameters";
-    }
-    return "";
+struct SectionTable {
+    std::string_view name;
+    std::span<const SectionItem> items;
+};
+
+const SectionTable& tableOf(Section section) {
+    // in the order of the enumerators
+    static const SectionTable tables[] = {
+        {"MainParams", mainParams()},
+        {"GridParam", gridParam},
+        {"AlphaParam", alphaParam},
+        {"IndexParam", indexParam},
+        {"ColorParam", colorParam},
+        {"VisibleParam", visibleParam},
+        {"NoiseProperty", noiseProperty},
+        {"NoiseCustomProperty", noiseCustomProperty},
+        {"LayerProperty", layerProperty},
+        {"MultLayerProperty", multLayerProperty},
+        {"RandomProperty", randomProperty},
+        {"CustomParameters", customParameters},
+        {"CustomNoiseParameters", customNoiseParameters},
+        {"CustomRandomParameters", customRandomParameters},
+    };
+    return tables[static_cast<std::size_t>(section)];
 }
 
 }  // namespace
 
 std::span<const SectionItem> sectionItems(Section section) {
-    switch (section) {
-        case Section::MainParams:
-            return mainParams();
-        case Section::GridParam:
-            return gridParam;
-        case Section::AlphaParam:
-            return alphaParam;
-        case Section::IndexParam:
-            return indexParam;
-        case Section::ColorParam:
-            return colorParam;
-        case Section::VisibleParam:
-            return visibleParam;
-        case Section::NoiseProperty:
-            return noiseProperty;
-        case Section::NoiseCustomProperty:
-            return noiseCustomProperty;
-        case Section::LayerProperty:
-            return layerProperty;
-        case Section::MultLayerProperty:
-            return multLayerProperty;
-        case Section::RandomProperty:
-            return randomProperty;
-        case Section::CustomParameters:
-            return customParameters;
-        case Section::CustomNoiseParameters:
-            return customNoiseParameters;
-        case Section::CustomRandomParameters:
-            return customRandomParameters;
-    }
-    return {};
+    return tableOf(section).items;
 }
 
 A_long slotNumber(Section section, A_long item) {
@@ -188,9 +150,9 @@ A_long slotNumber(Section section, A_long item) {
 }
 
 std::string_view parameterName(Section section, A_long item) {
-    const auto items = sectionItems(section);
+    const auto& [sectionName, items] = tableOf(section);
     if (item < 0 || item >= static_cast<A_long>(items.size())) {
-        throw std::runtime_error("Failed to get Id for section " + std::string(sectionName(section)));
+        throw std::runtime_error("Failed to get Id for section " + std::string(sectionName));
     }
     return items[static_cast<std::size_t>(item)].name;
 }

@@ -63,20 +63,12 @@ void prefetchAhead(const GridInstances& instances, const GridToSequenceByZ& left
     prefetchRecord(instances.cells().data()[left.indexAhead(steps)]);
 }
 
-bool meet(const GridToSequence& left, const GridToSequence& right) {
-    return left.GetInd() == right.GetInd();
-}
-
-bool meet(const GridToSequenceByZ& left, const GridToSequenceByZ& right) {
-    return left.position() == right.position();
-}
-
 /// Writes the cells from the left cursor up to the right one.
 template <class Sequence>
 void writeBatch(const GridInstances& instances, Sequence& left, const Sequence& right, InstanceEmitter& emitter,
                 EmissionCursor& cursor) {
     const InstanceState* const cells = instances.cells().data();
-    while (!meet(left, right)) {
+    while (!samePlace(left, right)) {
         prefetchAhead(instances, left);
         emitter.emit(cells[left.GetInd()], cursor);
         left.Sequence::Next();
@@ -113,13 +105,17 @@ void walk(const GridInstances& instances, Sequence& left, Sequence& right, Batch
 }  // namespace
 
 void writeBatches(const GridInstances& instances, DrawOrder& order, BatchSink& sink) {
-    auto* const leftByZ = dynamic_cast<GridToSequenceByZ*>(&order.left());
-    auto* const rightByZ = dynamic_cast<GridToSequenceByZ*>(&order.right());
+    writeBatches(instances, order.left(), order.right(), sink);
+}
+
+void writeBatches(const GridInstances& instances, GridToSequence& left, GridToSequence& right, BatchSink& sink) {
+    auto* const leftByZ = dynamic_cast<GridToSequenceByZ*>(&left);
+    auto* const rightByZ = dynamic_cast<GridToSequenceByZ*>(&right);
     if (leftByZ != nullptr) {
         TESSAVOY_ASSERT(rightByZ != nullptr, "rightByZ != nullptr");
         walk(instances, *leftByZ, *rightByZ, sink);
     } else {
-        walk(instances, order.left(), order.right(), sink);
+        walk(instances, left, right, sink);
     }
 }
 

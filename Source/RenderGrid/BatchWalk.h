@@ -41,6 +41,9 @@ public:
 /// that has more than an index can number. That a batch has vertices and no indices is an assertion.
 void writeBatches(const GridInstances& instances, DrawOrder& order, BatchSink& sink);
 
+/// The same by a frame's two cursors. That both go by depth when the left one does is an assertion.
+void writeBatches(const GridInstances& instances, GridToSequence& left, GridToSequence& right, BatchSink& sink);
+
 /// The smallest and the largest depth of all vertices of a frame.
 struct ZBounds {
     float minimum;

@@ -70,16 +70,6 @@ void GridToSequenceByZ::takeIndex() {
     }
 }
 
-bool samePlace(const GridToSequence& left, const GridToSequence& right) {
-    const auto* leftByZ = dynamic_cast<const GridToSequenceByZ*>(&left);
-    if (leftByZ == nullptr) {
-        return left.GetInd() == right.GetInd();
-    }
-    const auto* rightByZ = dynamic_cast<const GridToSequenceByZ*>(&right);
-    TESSAVOY_ASSERT(rightByZ != nullptr, "rightByZ != nullptr");
-    return leftByZ->position() == rightByZ->position();
-}
-
 /// Of a negative number all bits are turned over, of any other the sign.
 std::uint32_t rankOf(float key) {
     const std::uint32_t bits = std::bit_cast<std::uint32_t>(key + 0.0F);

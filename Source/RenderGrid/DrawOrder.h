@@ -71,8 +71,14 @@ private:
     OrderMap::const_iterator mCurIt;
 };
 
-/// Whether two cursors of the same class stand at the same place.
-bool samePlace(const GridToSequence& left, const GridToSequence& right);
+/// Whether two cursors stand at the same place. Both are of the class that the call names.
+inline bool samePlace(const GridToSequence& left, const GridToSequence& right) {
+    return left.GetInd() == right.GetInd();
+}
+
+inline bool samePlace(const GridToSequenceByZ& left, const GridToSequenceByZ& right) {
+    return left.position() == right.position();
+}
 
 /// Sorts by rank, in place. Equal ranks keep their order. Takes as much memory again while it works.
 void sortByRank(OrderMap& order);

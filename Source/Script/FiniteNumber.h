@@ -1,13 +1,12 @@
 #pragma once
 
-#include <limits>
+#include <cmath>
 
 namespace Tessavoy {
 
 /// The number, or 0 for an infinity; NaN passes.
-constexpr double zeroForInfinity(double number) {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    return number == infinity || number == -infinity ? 0.0 : number;
+inline double zeroForInfinity(double number) {
+    return std::isinf(number) ? 0.0 : number;
 }
 
 }  // namespace Tessavoy

@@ -27,13 +27,13 @@ void getFloat(const ApiCall& call) {
 }
 
 void getColor(const ApiCall& call) {
-    const auto& color = call.snapshot().Color[entryOf(call.slot(Type::Color))];
-    call.push({color[0], color[1], color[2], color[3]});
+    const auto [r, g, b, a] = call.snapshot().Color[entryOf(call.slot(Type::Color))];
+    call.push(r, g, b, a);
 }
 
 void getLayer(const ApiCall& call) {
-    const auto color = call.snapshot().layerColor(call.slot(Type::Layer), call.single(2), call.single(3));
-    call.push({color[0], color[1], color[2], color[3]});
+    const auto [r, g, b, a] = call.snapshot().layerColor(call.slot(Type::Layer), call.single(2), call.single(3));
+    call.push(r, g, b, a);
 }
 
 void getNoise(const ApiCall& call) {
@@ -48,11 +48,11 @@ void getRandom(const ApiCall& call) {
 void getRamp(const ApiCall& call) {
     const PF_Handle handle = call.snapshot().Ramp[entryOf(call.slot(Type::Ramp))];
     if (handle == nullptr) {
-        call.push({0.0F});
+        call.push(0.0F);
         return;
     }
     const CheckOutRamp ramp(call.host().inData(), handle);
-    call.push({EvaluateRamp(*ramp, call.single(2))});
+    call.push(EvaluateRamp(*ramp, call.single(2)));
 }
 
 /// Only the odd slots up to 9 hold gradients; what the host left in the others is not to be touched.
@@ -64,13 +64,13 @@ PF_Handle gradientHandle(const ParameterSnapshot& snapshot, A_long slot) {
 void getGradient(const ApiCall& call) {
     const PF_Handle handle = gradientHandle(call.snapshot(), call.slot(Type::Gradient));
     if (handle == nullptr) {
-        call.push({0.0F, 0.0F, 0.0F});
+        call.push(0.0F, 0.0F, 0.0F);
         return;
     }
     const CheckOutGradient gradient(call.host().inData(), handle);
     float color[4];
     EvaluateGradient(*gradient, call.single(2), color);
-    call.push({color[0], color[1], color[2]});
+    call.push(color[0], color[1], color[2]);
 }
 
 /// A host coordinate, of the downsampled layer, as a full-resolution one.
@@ -81,20 +81,19 @@ float fullResolution(double coordinate, float downsample) {
 void getPath(const ApiCall& call) {
     const A_u_long pathId = call.snapshot().Path[entryOf(call.slot(Type::Path))];
     if (pathId == 0) {
-        call.push({0.0F, 0.0F});
+        call.push(0.0F, 0.0F);
         return;
     }
     ScriptHost& host = call.host();
     const PathPoint point = host.pathTable(pathId).sample(call.number(2));
-    call.push({fullResolution(point.x, host.downsampleX()), fullResolution(point.y, host.downsampleY())});
+    call.push(fullResolution(point.x, host.downsampleX()), fullResolution(point.y, host.downsampleY()));
 }
 
 void getPoint2D(const ApiCall& call) {
     const std::size_t entry = entryOf(call.slot(Type::Point2D));
     const auto& points = call.snapshot().Point2D;
     const ScriptHost& host = call.host();
-    call.push(
-        {fullResolution(points.X[entry], host.downsampleX()), fullResolution(points.Y[entry], host.downsampleY())});
+    call.push(fullResolution(points.X[entry], host.downsampleX()), fullResolution(points.Y[entry], host.downsampleY()));
 }
 
 /// Depth goes by the horizontal factor.
@@ -102,8 +101,8 @@ void getPoint3D(const ApiCall& call) {
     const std::size_t entry = entryOf(call.slot(Type::Point3D));
     const auto& points = call.snapshot().Point3D;
     const ScriptHost& host = call.host();
-    call.push({fullResolution(points.X[entry], host.downsampleX()), fullResolution(points.Y[entry], host.downsampleY()),
-               fullResolution(points.Z[entry], host.downsampleX())});
+    call.push(fullResolution(points.X[entry], host.downsampleX()), fullResolution(points.Y[entry], host.downsampleY()),
+              fullResolution(points.Z[entry], host.downsampleX()));
 }
 
 /// The distance from the viewer of a point of the grid. The matrix holds the view, whose origin the viewer is.
@@ -116,7 +115,7 @@ void getDistToCam(const ApiCall& call) {
     const float viewX = row(0);
     const float viewY = row(1);
     const float viewZ = row(2);
-    call.push({std::sqrt(viewX * viewX + viewY * viewY + viewZ * viewZ)});
+    call.push(std::sqrt(viewX * viewX + viewY * viewY + viewZ * viewZ));
 }
 
 void lerp(const ApiCall& call) {
@@ -140,7 +139,8 @@ void dist3D(const ApiCall& call) {
 using Body = void (*)(const ApiCall&);
 
 /// Runs the body and keeps what it throws; whether it came to its end.
-bool attempt(const ApiCall& call, Body body) noexcept {
+template <Body body>
+bool attempt(const ApiCall& call) noexcept {
     try {
         body(call);
         return true;
@@ -161,7 +161,7 @@ int frameFunction(lua_State* lua) {
         }
         return results;
     }
-    if (!attempt(call, body)) {
+    if (!attempt<body>(call)) {
         lua_pushliteral(lua, "the host failed");
         return lua_error(lua);
     }

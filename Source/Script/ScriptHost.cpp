@@ -45,6 +45,7 @@ ScriptHost::~ScriptHost() {
 
 bool ScriptHost::compile(PF_InData* inData, const char* text, const ParameterSnapshot* snapshot) {
     release(inData);
+    mSnapshot = snapshot;
     makeState();
     if (loadChunk(inData, mState, text) != LUA_OK || lua_pcallk(mState, 0, 0, 0, 0, nullptr) != LUA_OK) {
         return fail();
@@ -115,6 +116,7 @@ void ScriptHost::keepFailure(std::exception_ptr failure) {
 
 /// Takes the message from the top of Lua's stack and closes the state. Always false.
 bool ScriptHost::fail() {
+    mGridMatrix = nullptr;  // making a text of a number may run finalizers
     const char* message = lua_tolstring(mState, -1, nullptr);
     message = message == nullptr ? "" : message;
     HostBlock copy(mInData, std::strlen(message) + 1);
@@ -139,7 +141,9 @@ void ScriptHost::freeErrorText() {
 
 void ScriptHost::rethrowKeptFailure() {
     if (mFailure != nullptr) {
-        std::rethrow_exception(std::exchange(mFailure, nullptr));
+        const std::exception_ptr failure = std::exchange(mFailure, nullptr);
+        closeState();
+        std::rethrow_exception(failure);
     }
 }
 

@@ -43,7 +43,8 @@ public:
     /// On failure the cell is as it was, `errorText` says why, and the state is closed, so that all later calls leave
     /// their cells alone.
     ///
-    /// A failure of the host inside an API function comes out as it was thrown there, whatever the script made of it.
+    /// A failure of the host inside an API function comes out as it was thrown there, whatever the script made of it;
+    /// the state is closed then too.
     /// The inputs' matrix must live until the next call or `release`.
     bool runCell(PF_InData* inData, const CellScriptInputs& inputs, InstanceState& cell);
 
@@ -56,6 +57,10 @@ public:
     // What the API functions need of the frame.
 
     PF_InData* inData() const { return mInData; }
+
+    /// What `compile` was given.
+    const ParameterSnapshot* snapshot() const { return mSnapshot; }
+
     float downsampleX() const { return mDownsampleX; }
     float downsampleY() const { return mDownsampleY; }
 
@@ -80,6 +85,7 @@ private:
     void rethrowKeptFailure();
 
     PF_InData* mInData = nullptr;
+    const ParameterSnapshot* mSnapshot = nullptr;
     lua_State* mState = nullptr;
     char* mErrorText = nullptr;  ///< in host memory
     float mDownsampleX = 1.0F;

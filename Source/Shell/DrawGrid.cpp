@@ -122,8 +122,8 @@ public:
         endStage(FrameStage::Emission);
         DrawInstanceBatch(mRenderData, static_cast<std::int32_t>(written.indexCount),
                           static_cast<std::int32_t>(written.vertexStride), mEvaluator.isTextured(), mAtlas.textureName,
-                          mEvaluator.viewProjection(), mSurroundings.fog, mSurroundings.zDepth,
-                          mEvaluator.multiplier16bit(), mEvaluator.snapshot().BlendMode);
+                          {mEvaluator.viewProjection(), mSurroundings.fog, mSurroundings.zDepth,
+                           mEvaluator.multiplier16bit(), mEvaluator.snapshot().BlendMode});
     }
 
 private:
@@ -144,16 +144,21 @@ void startScene(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRende
     clearTarget();
 }
 
+/// The end of the instances: back to render size, and nothing of their surroundings kept.
+void endScene(const ParameterSnapshot& snapshot, const GridDrawing& drawing, Surroundings& surroundings) {
+    if (snapshot.MSAA == PopupValues::FourSamples) {
+        setViewport(drawing.width, drawing.height);
+    }
+    surroundings.deleteFogTexture();
+}
+
 /// Brings the scene down to render size.
 void resolveScene(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderData& renderData,
                   const ParameterSnapshot& snapshot, const GridDrawing& drawing) {
-    const bool multisampled = snapshot.MSAA == PopupValues::FourSamples;
-    if (multisampled) {
-        setViewport(drawing.width, drawing.height);
-    }
     startPass(inData, outData, renderData, renderData.resolveTexture);
     clearTarget();
-    DrawFullPicture(renderData, drawing.width, drawing.height, renderData.sceneTexture, blendOff, multisampled);
+    DrawFullPicture(renderData, drawing.width, drawing.height, renderData.sceneTexture, blendOff,
+                    snapshot.MSAA == PopupValues::FourSamples);
 }
 
 }  // namespace
@@ -181,7 +186,7 @@ void DrawGrid(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderD
 
     DrawingSink sink(renderData, evaluator, atlas, surroundings);
     writeBatches(instances, order, sink);
-    surroundings.deleteFogTexture();
+    endScene(snapshot, drawing, surroundings);
     resolveScene(inData, outData, renderData, snapshot, drawing);
 }
 

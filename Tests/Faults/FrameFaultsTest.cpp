@@ -66,8 +66,35 @@ const std::vector<CallKind>& callKinds() {
         {"AEGP_GetNewStreamValue", {OutOfMemory}},
         {"AEGP_DisposeStreamValue", {Good}},
         {"AEGP_DisposeStream", {Good}},
+        {"PF_CheckoutPath", {OutOfMemory}},
+        {"PF_CheckinPath", {OutOfMemory}},
+        {"PF_PathNumSegments", {OutOfMemory}},
+        {"PF_PathVertexInfo", {OutOfMemory}},
+        {"PF_PathPrepareSegLength", {OutOfMemory}},
+        {"PF_PathGetSegLength", {OutOfMemory}},
+        {"PF_PathEvalSegLength", {OutOfMemory}},
+        {"PF_PathCleanupSegLength", {OutOfMemory}},
     };
     return kinds;
+}
+
+// A script reads a layer of floats, a path, a ramp, a gradient and a named slider, and tries to go on without them.
+FaultScene scriptedScene() {
+    ModuleScene scene = fourSquaresScene();
+    scene.layer(1, std::make_shared<FakeProject::StillLayer>("Film", FakeProject::solidImage(8, 6, 250, 40, 90)));
+    scene.set("Float.Custom2", 3).set("Path.Custom1", MaskReference{1});
+    scene.project.masks = {{"Line", false, {{{5, 5}, {}, {2, 3}}, {{12, 5}, {-2, 3}, {}}, {{12, 8}, {}, {}}}}};
+    scene.project.slotNames = {{305, "Speed"}};
+    scene.project.script =
+        "if i == 1 and j == 0 then pcall(function() x = x + GetLayer(1, xPart, yPart) y = y + GetPath(1, 0.5) "
+        "r = GetRamp(1, yPart) g = GetGradient(1, yPart) b = 1 / GetFloat('Speed') end) end";
+    return {"a script", scene, 32};
+}
+
+std::vector<FaultScene> allScenes() {
+    std::vector<FaultScene> scenes = faultScenes();
+    scenes.push_back(scriptedScene());
+    return scenes;
 }
 
 PF_Err errorOf(Outcome outcome) {
@@ -164,7 +191,7 @@ protected:
 };
 
 TEST_F(FrameFaults, OfEveryKindEndInAnErrorAndPass) {
-    for (const FaultScene& faulty : faultScenes()) {
+    for (const FaultScene& faulty : allScenes()) {
         SCOPED_TRACE(faulty.name);
         FaultyScene scene(host(), faulty, blocksLeft);
         for (const CallKind& kind : callKinds()) {
@@ -189,13 +216,38 @@ TEST_F(FrameFaults, OfAnyParameterAreTheFramesError) {
 }
 
 TEST_F(FrameFaults, AreTriedOnEveryKindOfCall) {
-    for (const FaultScene& faulty : faultScenes()) {
+    for (const FaultScene& faulty : allScenes()) {
         FaultyScene scene(host(), faulty, blocksLeft);
         int sum = 0;
         for (const CallKind& kind : callKinds())
             sum += scene.callsOf(kind.name);
         EXPECT_EQ(sum, scene.callsOf(Faults::anyCall)) << faulty.name;
         scene.expectItsPicture();
+    }
+}
+
+// What a script asks for is among the calls that fail.
+TEST_F(FrameFaults, AreTriedOnWhatAScriptCalls) {
+    FaultyScene scene(host(), scriptedScene(), blocksLeft);
+    for (const char* call :
+         {"PF_CheckoutPath", "PF_CheckinPath", "PF_PathNumSegments", "PF_PathVertexInfo", "PF_PathPrepareSegLength",
+          "PF_PathGetSegLength", "PF_PathEvalSegLength", "PF_PathCleanupSegLength", "get_pixel_data_float"})
+        EXPECT_GT(scene.callsOf(call), 0) << call;
+    EXPECT_EQ(scene.callsOf("PF_GetConstSequenceData"), 2);  // for the text, and for the name
+}
+
+TEST_F(FrameFaults, OfASuiteThatAScriptNeedsEndTheFrame) {
+    FrameRequest request;
+    const FaultScene scripted = scriptedScene();
+    request.bitsPerChannel = scripted.bitsPerChannel;
+    const auto instance = instanceOf(scripted.scene);
+    for (const char* suite : {"PF Path Query Suite", "PF Path Data Suite"}) {
+        host().faults().removeSuite(suite, 1);
+        const FrameResult result = instance->renderFrame(request);
+        EXPECT_EQ(result.error, PF_Err_BAD_CALLBACK_PARAM) << suite;
+        EXPECT_THAT(result.broken, IsEmpty()) << suite;
+        host().faults().clear();
+        expectGood(instance->renderFrame(request));
     }
 }
 

@@ -4,22 +4,15 @@
 
 #include "Host/CommandContext.h"
 #include "Tests/Module/ModuleFixture.h"
+#include "Tests/Support/FlatBytes.h"
 
 namespace TessavoyHost {
 namespace {
 
+using Tessavoy::appendNumber;
 using testing::IsEmpty;
 
 using Bytes = std::vector<std::byte>;
-
-void append(Bytes& bytes, std::int32_t number) {
-    const auto raw = std::bit_cast<std::array<std::byte, 4>>(number);
-    bytes.insert(bytes.end(), raw.begin(), raw.end());
-}
-
-void append(Bytes& bytes, float number) {
-    append(bytes, std::bit_cast<std::int32_t>(number));
-}
 
 struct GradientStop {
     float position;
@@ -30,12 +23,12 @@ struct GradientStop {
 // A count, then each stop's position, kind and colour.
 Bytes flatGradient(const std::vector<GradientStop>& stops) {
     Bytes flat;
-    append(flat, static_cast<std::int32_t>(stops.size()));
+    appendNumber(flat, static_cast<std::int32_t>(stops.size()));
     for (const GradientStop& stop : stops) {
-        append(flat, stop.position);
-        append(flat, stop.kind);
+        appendNumber(flat, stop.position);
+        appendNumber(flat, stop.kind);
         for (const float channel : stop.colour)
-            append(flat, channel);
+            appendNumber(flat, channel);
     }
     return flat;
 }
@@ -47,12 +40,12 @@ struct RampPoint {
 // Mode, interpolation, a count, then each point's position and value.
 Bytes flatRamp(std::int32_t mode, std::int32_t interpolation, const std::vector<RampPoint>& points) {
     Bytes flat;
-    append(flat, mode);
-    append(flat, interpolation);
-    append(flat, static_cast<std::int32_t>(points.size()));
+    appendNumber(flat, mode);
+    appendNumber(flat, interpolation);
+    appendNumber(flat, static_cast<std::int32_t>(points.size()));
     for (const RampPoint& point : points) {
-        append(flat, point.position);
-        append(flat, point.value);
+        appendNumber(flat, point.position);
+        appendNumber(flat, point.value);
     }
     return flat;
 }

@@ -90,66 +90,62 @@ TEST_F(ModuleCommands, UnusedNumbersDoNothing) {
     }
 }
 
-TEST_F(ModuleCommands, RegistrationEndsAt997Parameters) {
-    EXPECT_EQ(host().parameters().size(), 997u);
-    CommandContext context(host(), nullptr, PF_Cmd_PARAMS_SETUP, {});
-    std::vector<RegisteredParameter> registration;
-    context.registration = &registration;
-    EXPECT_EQ(context.run(), PF_Err_NONE);
-    EXPECT_EQ(registration.size(), 996u);
-    const CommandResult result = context.finish();
-    EXPECT_EQ(result.out.num_params, 997);
-    EXPECT_THAT(result.broken, IsEmpty());
-    for (const RegisteredParameter& parameter : registration) {
-        if (parameter.definition.param_type == PF_Param_ARBITRARY_DATA)
-            ArbitraryCalls(host(), parameter).dispose(parameter.definition.u.arb_d.dephault);
-    }
-}
-
-// Registers until the n-th add_param fails, and tells how many were added before.
-struct StoppedRegistration {
-    StoppedRegistration(EffectHost& host, int n) {
+// One registration, in which the n-th call of a kind fails, if one is named. The defaults of what was added are
+// disposed of at the end.
+class Registration {
+public:
+    explicit Registration(EffectHost& host, std::string_view failing = {}, int n = 1, PF_Err error = PF_Err_NONE)
+        : mHost(host) {
         CommandContext context(host, nullptr, PF_Cmd_PARAMS_SETUP, {});
         context.registration = &added;
-        host.faults().failNth("add_param", n, PF_Err_INVALID_CALLBACK);
-        error = context.run();
+        if (!failing.empty())
+            host.faults().failNth(failing, n, error);
+        context.run();
         host.faults().clear();
-        broken = context.finish().broken;
+        result = context.finish();
+        EXPECT_THAT(result.broken, IsEmpty());
+    }
+
+    ~Registration() {
         for (const RegisteredParameter& parameter : added) {
             if (parameter.definition.param_type == PF_Param_ARBITRARY_DATA)
-                ArbitraryCalls(host, parameter).dispose(parameter.definition.u.arb_d.dephault);
+                ArbitraryCalls(mHost, parameter).dispose(parameter.definition.u.arb_d.dephault);
         }
     }
 
+    Registration(const Registration&) = delete;
+    Registration& operator=(const Registration&) = delete;
+
     std::vector<RegisteredParameter> added;
-    PF_Err error = PF_Err_NONE;
-    std::vector<std::string> broken;
+    CommandResult result;
+
+private:
+    EffectHost& mHost;
 };
+
+TEST_F(ModuleCommands, RegistrationEndsAt997Parameters) {
+    EXPECT_EQ(host().parameters().size(), 997u);
+    const Registration registration(host());
+    EXPECT_EQ(registration.result.error, PF_Err_NONE);
+    EXPECT_EQ(registration.added.size(), 996u);
+    EXPECT_EQ(registration.result.out.num_params, 997);
+}
 
 TEST_F(ModuleCommands, RegistrationStopsAtTheFirstError) {
     for (const char* id : {"UseCompCamera", "CountX", "Script", "Ramp.Custom1", "Ramp.Custom2", "Gradient.Custom10",
                            "FogColorGradient", "RenderSettingsGroupEnd"}) {
         SCOPED_TRACE(id);
         const int n = parameterIndexOf(id);
-        const StoppedRegistration registration(host(), n);
-        EXPECT_EQ(registration.error, PF_Err_INVALID_CALLBACK);
+        const Registration registration(host(), "add_param", n, PF_Err_INVALID_CALLBACK);
+        EXPECT_EQ(registration.result.error, PF_Err_INVALID_CALLBACK);
         EXPECT_EQ(registration.added.size(), static_cast<std::size_t>(n - 1));
-        EXPECT_THAT(registration.broken, IsEmpty());
     }
 }
 
 TEST_F(ModuleCommands, RegistrationPassesOnTheErrorOfTheControls) {
-    CommandContext context(host(), nullptr, PF_Cmd_PARAMS_SETUP, {});
-    std::vector<RegisteredParameter> registration;
-    context.registration = &registration;
-    host().faults().failNth("register_ui", 1, PF_Err_INVALID_INDEX);
-    EXPECT_EQ(context.run(), PF_Err_INVALID_INDEX);
-    EXPECT_EQ(registration.size(), 996u) << "the rest is registered all the same";
-    EXPECT_THAT(context.finish().broken, IsEmpty());
-    for (const RegisteredParameter& parameter : registration) {
-        if (parameter.definition.param_type == PF_Param_ARBITRARY_DATA)
-            ArbitraryCalls(host(), parameter).dispose(parameter.definition.u.arb_d.dephault);
-    }
+    const Registration registration(host(), "register_ui", 1, PF_Err_INVALID_INDEX);
+    EXPECT_EQ(registration.result.error, PF_Err_INVALID_INDEX);
+    EXPECT_EQ(registration.added.size(), 996u) << "the rest is registered all the same";
 }
 
 TEST_F(ModuleCommands, WithoutTheTextSuiteEndAsAMissingSuite) {
@@ -157,10 +153,9 @@ TEST_F(ModuleCommands, WithoutTheTextSuiteEndAsAMissingSuite) {
     host().faults().removeSuite("PF ANSI Suite", 1);
     EXPECT_EQ(host().command(PF_Cmd_ABOUT).error, PF_Err_BAD_CALLBACK_PARAM);
     // The first text that is made is the label of the first slider.
-    const StoppedRegistration registration(host(), 1000);
-    EXPECT_EQ(registration.error, PF_Err_BAD_CALLBACK_PARAM);
-    EXPECT_LT(registration.added.size(), static_cast<std::size_t>(parameterIndexOf("Float.Custom1")));
-    EXPECT_THAT(registration.broken, IsEmpty());
+    const Registration registration(host());
+    EXPECT_EQ(registration.result.error, PF_Err_BAD_CALLBACK_PARAM);
+    EXPECT_EQ(registration.added.size(), static_cast<std::size_t>(parameterIndexOf("Float.Custom1") - 1));
 }
 
 // The commands of the panel, for parameters that it does nothing about.

@@ -3,12 +3,14 @@
 #include <thread>
 
 #include "Host/HostError.h"
-#include "Tests/Module/ApplicationContext.h"
 #include "Tests/Module/ModuleFixture.h"
+#include "Tests/Support/ApplicationContext.h"
 
 namespace TessavoyHost {
 namespace {
 
+using Tessavoy::Testing::anyContextIsCurrent;
+using Tessavoy::Testing::ApplicationContext;
 using testing::ExitedWithCode;
 
 using ModuleContext = ModuleFixture;

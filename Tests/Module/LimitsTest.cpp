@@ -1,22 +1,12 @@
 #include <sys/resource.h>
 
-#include "Tests/Module/ApplicationContext.h"
 #include "Tests/Module/ModuleFixture.h"
+#include "Tests/Support/ApplicationContext.h"
 
 namespace TessavoyHost {
 namespace {
 
-using testing::IsEmpty;
-
 using ModuleLimits = ModuleFixture;
-
-// The frame fails as if for want of memory, which the host puts into words, and nothing is left out.
-void expectOutOfMemory(const FrameResult& result) {
-    EXPECT_EQ(result.error, PF_Err_OUT_OF_MEMORY);
-    EXPECT_THAT(result.broken, IsEmpty());
-    EXPECT_EQ(result.message, "");
-    EXPECT_FALSE(result.output.hasPixels());
-}
 
 TEST_F(ModuleLimits, AGridTooLargeForAnyMemoryIsAnError) {
     ModuleScene scene = fourSquaresScene();
@@ -40,7 +30,7 @@ TEST_F(ModuleLimits, AGridWithTooManyPartsIsAnError) {
 
 // A picture that no render target can hold; with multisampling the target is twice as large.
 TEST_F(ModuleLimits, APictureLargerThanTheGpuAllowsIsAnError) {
-    const int limit = ApplicationContext().largestTexture();
+    const int limit = Tessavoy::Testing::ApplicationContext().largestTexture();
     ASSERT_GT(limit, 0);
     const auto pictureOf = [&](int width, int height, int multisampling) {
         ModuleScene scene = sharpScene(width, height);
@@ -48,8 +38,7 @@ TEST_F(ModuleLimits, APictureLargerThanTheGpuAllowsIsAnError) {
     };
     for (const FrameResult& result : {pictureOf(limit + 1, 1, 1), pictureOf(1, limit + 1, 1),
                                       pictureOf(limit / 2 + 1, 1, 2), pictureOf(1, limit / 2 + 1, 2)}) {
-        EXPECT_EQ(result.error, PF_Err_OUT_OF_MEMORY);
-        EXPECT_THAT(result.broken, IsEmpty());
+        expectOutOfMemory(result);
     }
     expectPicture(render(fourSquaresScene()).output, fourSquares());
 }

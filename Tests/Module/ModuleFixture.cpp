@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <iostream>
 
 #include "Host/ParameterIds.h"
 
@@ -196,11 +195,6 @@ double largestDifference(const World& first, const World& second) {
     return largest;
 }
 
-QuietOutput::QuietOutput() : mBefore(std::cout.rdbuf(mText.rdbuf())) {}
-QuietOutput::~QuietOutput() {
-    std::cout.rdbuf(mBefore);
-}
-
 EffectHost& ModuleFixture::host(const HostOptions& options) {
     if (mHost == nullptr)
         mHost = std::make_unique<EffectHost>(std::filesystem::path(TESSAVOY_MODULE), options);
@@ -223,10 +217,24 @@ FrameResult ModuleFixture::render(const ModuleScene& scene, const FrameRequest& 
     return result;
 }
 
+void ModuleFixture::expectPictureAtEveryDepth(const ModuleScene& scene, const std::vector<Patch>& patches) {
+    for (const int bits : {8, 16, 32}) {
+        SCOPED_TRACE(bits);
+        expectPicture(render(scene, {.bitsPerChannel = bits}).output, patches);
+    }
+}
+
 void expectGood(const FrameResult& result) {
     EXPECT_EQ(result.error, PF_Err_NONE) << result.message;
     EXPECT_EQ(result.message, "");
     EXPECT_FALSE(result.displayError);
+    EXPECT_THAT(result.broken, testing::IsEmpty());
+}
+
+void expectOutOfMemory(const FrameResult& result) {
+    EXPECT_EQ(result.error, PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(result.message, "");
+    EXPECT_FALSE(result.output.hasPixels());
     EXPECT_THAT(result.broken, testing::IsEmpty());
 }
 

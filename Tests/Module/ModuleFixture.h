@@ -5,12 +5,12 @@
 
 #include <cstddef>
 #include <memory>
-#include <sstream>
 #include <string_view>
 #include <vector>
 
 #include "Host/EffectHost.h"
 #include "Tests/Support/FakeProject.h"
+#include "Tests/Support/QuietOutput.h"
 
 namespace TessavoyHost {
 
@@ -80,20 +80,7 @@ std::vector<std::byte> bytesOf(const World& world);
 // The largest difference of any channel between two worlds of one size.
 double largestDifference(const World& first, const World& second);
 
-// Takes what is written to the standard output stream while it lives; contexts describe themselves there.
-class QuietOutput {
-public:
-    QuietOutput();
-    ~QuietOutput();
-    QuietOutput(const QuietOutput&) = delete;
-    QuietOutput& operator=(const QuietOutput&) = delete;
-
-    std::string text() const { return mText.str(); }
-
-private:
-    std::ostringstream mText;
-    std::streambuf* mBefore;
-};
+using Tessavoy::Testing::QuietOutput;
 
 // Scenes that between them make every kind of host call that frames make, and their depths.
 struct FaultScene {
@@ -119,6 +106,8 @@ protected:
     }
     // One frame of an instance of its own, which must come out well.
     FrameResult render(const ModuleScene& scene, const FrameRequest& request = {});
+    // The same in 8, 16 and 32 bits; each must show the patches.
+    void expectPictureAtEveryDepth(const ModuleScene& scene, const std::vector<Patch>& patches);
 
     const QuietOutput quiet;
     // Blocks that failing frames are known to leave behind.
@@ -130,5 +119,9 @@ private:
 
 // The frame has no error, and the module gave everything back.
 void expectGood(const FrameResult& result);
+
+// The frame failed for want of memory or of room on the GPU: without a picture, a word of the module's, or anything
+// left out.
+void expectOutOfMemory(const FrameResult& result);
 
 }  // namespace TessavoyHost

@@ -48,17 +48,11 @@ private:
     }
 };
 
-FrameRequest withDepth(int bits) {
-    FrameRequest request;
-    request.bitsPerChannel = bits;
-    return request;
-}
-
 // Floats are copied pixel by pixel over the output, the other depths row by row: both end where either world does.
 TEST_F(ModuleOutputWorld, NarrowerThanTheInputGetsTheFirstPixelsOfEachRow) {
     for (const int bits : {8, 16, 32}) {
         SCOPED_TRACE(bits);
-        const Rendered frame = renderInto(fourSquaresScene(), World(30, 20, bits), withDepth(bits));
+        const Rendered frame = renderInto(fourSquaresScene(), World(30, 20, bits), {.bitsPerChannel = bits});
         EXPECT_EQ(frame.result.error, PF_Err_NONE);
         EXPECT_THAT(frame.result.broken, IsEmpty());
         expectPicture(frame.output, {fourSquares()[0]});
@@ -68,7 +62,7 @@ TEST_F(ModuleOutputWorld, NarrowerThanTheInputGetsTheFirstPixelsOfEachRow) {
 TEST_F(ModuleOutputWorld, WiderThanTheInputKeepsItsOtherPixels) {
     for (const int bits : {8, 16, 32}) {
         SCOPED_TRACE(bits);
-        const Rendered frame = renderInto(fourSquaresScene(), World(90, 60, bits), withDepth(bits));
+        const Rendered frame = renderInto(fourSquaresScene(), World(90, 60, bits), {.bitsPerChannel = bits});
         EXPECT_EQ(frame.result.error, PF_Err_NONE);
         EXPECT_THAT(frame.result.broken, IsEmpty());
         expectPicture(frame.output, fourSquares());
@@ -120,9 +114,7 @@ TEST_F(ModuleOutputWorld, OfNoKnownFormatIsAnError) {
 // A frame that is cancelled is noticed when it is complete: its pixels are there.
 TEST_F(ModuleOutputWorld, IsCompleteWhenTheFrameIsCancelled) {
     std::atomic<bool> cancel = true;
-    FrameRequest request;
-    request.cancel = &cancel;
-    const Rendered frame = renderInto(fourSquaresScene(), World(64, 48, 8), request);
+    const Rendered frame = renderInto(fourSquaresScene(), World(64, 48, 8), {.cancel = &cancel});
     EXPECT_EQ(frame.result.error, PF_Interrupt_CANCEL);
     EXPECT_THAT(frame.result.broken, IsEmpty());
     expectPicture(frame.output, fourSquares());

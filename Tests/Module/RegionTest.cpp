@@ -6,17 +6,11 @@
 namespace TessavoyHost {
 namespace {
 
-using testing::IsEmpty;
-
 using ModuleRegion = ModuleFixture;
 using ModuleResolution = ModuleFixture;
 
 FrameRequest requestOf(int bits, Rational downsampleX = {}, Rational downsampleY = {}) {
-    FrameRequest request;
-    request.bitsPerChannel = bits;
-    request.downsampleX = downsampleX;
-    request.downsampleY = downsampleY;
-    return request;
+    return {.bitsPerChannel = bits, .downsampleX = downsampleX, .downsampleY = downsampleY};
 }
 
 FrameRequest within(FrameRequest request, const Region& region) {

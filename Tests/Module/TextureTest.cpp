@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Tests/Module/ApplicationContext.h"
 #include "Tests/Module/ModuleFixture.h"
+#include "Tests/Support/ApplicationContext.h"
 
 namespace TessavoyHost {
 namespace {
@@ -17,19 +17,16 @@ Argb argbOf(const ColorValue& colour) {
     return {colour.alpha / 255.0, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0};
 }
 
+FakeProject::Texel texelOf(const ColorValue& colour) {
+    return {colour.red, colour.green, colour.blue, colour.alpha};
+}
+
 // A sheet of one-coloured square frames, row by row.
 std::shared_ptr<const Image> sheet(int columns, int frameSide, const std::vector<ColorValue>& frames) {
-    auto image = std::make_shared<Image>();
-    image->width = columns * frameSide;
-    image->height = static_cast<int>(frames.size()) / columns * frameSide;
-    for (int y = 0; y < image->height; ++y) {
-        for (int x = 0; x < image->width; ++x) {
-            const ColorValue& frame = frames[static_cast<std::size_t>(y / frameSide * columns + x / frameSide)];
-            for (const std::uint8_t sample : {frame.red, frame.green, frame.blue, frame.alpha})
-                image->samples.push_back(static_cast<std::byte>(sample));
-        }
-    }
-    return image;
+    const int rows = static_cast<int>(frames.size()) / columns;
+    return FakeProject::image(columns * frameSide, rows * frameSide, [&](int x, int y) {
+        return texelOf(frames[static_cast<std::size_t>(y / frameSide * columns + x / frameSide)]);
+    });
 }
 
 std::shared_ptr<FrameSource> still(std::shared_ptr<const Image> image) {
@@ -37,30 +34,13 @@ std::shared_ptr<FrameSource> still(std::shared_ptr<const Image> image) {
 }
 
 // A layer whose frames, 25 a second, each have one colour.
-class Film : public FrameSource {
-public:
-    Film(double start, double duration, const std::vector<ColorValue>& frames, int width = 8, int height = 8)
-        : mStart(start), mDuration(duration) {
-        for (const ColorValue& frame : frames)
-            mFrames.push_back(FakeProject::solidImage(width, height, frame.red, frame.green, frame.blue, frame.alpha));
-    }
-    std::string name() const override { return "Film"; }
-    int width() const override { return mFrames[0]->width; }
-    int height() const override { return mFrames[0]->height; }
-    double start() const override { return mStart; }
-    double duration() const override { return mDuration; }
-    std::shared_ptr<const Image> frameAt(double time) override {
-        if (time < mStart || time >= mStart + mDuration)
-            return nullptr;
-        const auto frame = static_cast<std::size_t>(std::floor((time - mStart) * 25 + 1e-6));
-        return mFrames[std::min(frame, mFrames.size() - 1)];
-    }
-
-private:
-    double mStart;
-    double mDuration;
-    std::vector<std::shared_ptr<const Image>> mFrames;
-};
+std::shared_ptr<FrameSource> film(double start, double duration, const std::vector<ColorValue>& frames, int width = 8,
+                                  int height = 8) {
+    std::vector<std::shared_ptr<const Image>> images;
+    for (const ColorValue& frame : frames)
+        images.push_back(FakeProject::image(width, height, [&](int, int) { return texelOf(frame); }));
+    return std::make_shared<FakeProject::FilmLayer>("Film", std::move(images), start, duration);
+}
 
 constexpr int gridOfItems = 1, timelineFrames = 2, splitImage = 3;
 
@@ -103,19 +83,12 @@ void expectInside(const World& world, const Region& place, const ColorValue& col
     }
 }
 
-FrameRequest withDepth(int bits, int frame = 0) {
-    FrameRequest request;
-    request.bitsPerChannel = bits;
-    request.frame = frame;
-    return request;
-}
-
 TEST_F(ModuleTexture, ShowsAWholeImageInEveryDepth) {
     ModuleScene scene = quads(3, gridOfItems, still(sheet(1, 4, {grey})));
     scene.set("ShapeXFramesInTexture", 1).set("ShapeYFramesInTexture", 1);
     for (const int bits : {8, 16, 32}) {
         SCOPED_TRACE(bits);
-        expectQuads(render(scene, withDepth(bits)).output, {grey, grey, grey});
+        expectQuads(render(scene, {.bitsPerChannel = bits}).output, {grey, grey, grey});
     }
 }
 
@@ -125,7 +98,7 @@ TEST_F(ModuleTexture, IsMultipliedByTheInstancesColour) {
     scene.set("InstanceColor.Color", ColorValue{51, 102, 255}).set("InstanceAlpha.Value", 0.6);
     for (const int bits : {8, 16, 32}) {
         SCOPED_TRACE(bits);
-        expectQuads(render(scene, withDepth(bits)).output, {{51, 102, 51, 153}});
+        expectQuads(render(scene, {.bitsPerChannel = bits}).output, {{51, 102, 51, 153}});
     }
 }
 
@@ -139,7 +112,7 @@ TEST_F(ModuleTexture, PlaysASheetOfItems) {
     for (int frame = 0; frame < 6; ++frame) {
         for (const int bits : {8, 16, 32}) {
             SCOPED_TRACE(testing::Message() << "frame " << frame << ", " << bits << " bits");
-            const FrameResult result = instance->renderFrame(withDepth(bits, frame));
+            const FrameResult result = instance->renderFrame({.frame = frame, .bitsPerChannel = bits});
             expectGood(result);
             expectInside(result.output, placeOf(0, 1), expected[frame]);
         }
@@ -160,7 +133,7 @@ TEST_F(ModuleTexture, LimitsTheFramesOfASheet) {
 TEST_F(ModuleTexture, SplitsAnImageAmongTheCells) {
     ModuleScene scene = quads(3, splitImage, still(sheet(3, 8, {red, green, blue})));
     for (const int bits : {8, 16, 32}) {
-        const FrameResult result = render(scene, withDepth(bits));
+        const FrameResult result = render(scene, {.bitsPerChannel = bits});
         expectInside(result.output, placeOf(0, 3), red);
         expectInside(result.output, placeOf(1, 3), green);
         expectInside(result.output, placeOf(2, 3), blue);
@@ -178,27 +151,30 @@ TEST_F(ModuleTexture, KeepsTheImagesRowsUpright) {
 
 TEST_F(ModuleTexture, ShowsTheFramesOfALayersTimeline) {
     // Three frames: round(2 F) steps at F = 0, 0.5 and 1.
-    const auto film = std::make_shared<Film>(0, 3 / 25.0, std::vector{red, green, blue});
+    const auto layer = film(0, 3 / 25.0, std::vector{red, green, blue});
     for (const int bits : {8, 16, 32}) {
         SCOPED_TRACE(bits);
-        ModuleScene scene = quads(1, timelineFrames, film);
-        expectInside(render(scene.set("ShapeFrameIndex.Value", 0), withDepth(bits)).output, placeOf(0, 1), red);
-        expectInside(render(scene.set("ShapeFrameIndex.Value", 50), withDepth(bits)).output, placeOf(0, 1), green);
-        expectInside(render(scene.set("ShapeFrameIndex.Value", 100), withDepth(bits)).output, placeOf(0, 1), blue);
+        ModuleScene scene = quads(1, timelineFrames, layer);
+        expectInside(render(scene.set("ShapeFrameIndex.Value", 0), {.bitsPerChannel = bits}).output, placeOf(0, 1),
+                     red);
+        expectInside(render(scene.set("ShapeFrameIndex.Value", 50), {.bitsPerChannel = bits}).output, placeOf(0, 1),
+                     green);
+        expectInside(render(scene.set("ShapeFrameIndex.Value", 100), {.bitsPerChannel = bits}).output, placeOf(0, 1),
+                     blue);
     }
 }
 
 TEST_F(ModuleTexture, TakesATimelineFromWhereTheLayerStarts) {
-    ModuleScene scene = quads(1, timelineFrames, std::make_shared<Film>(0.4, 2 / 25.0, std::vector{red, green}));
+    ModuleScene scene = quads(1, timelineFrames, film(0.4, 2 / 25.0, std::vector{red, green}));
     // The atlas is built from the layer at the current time, where it must have pixels to be drawn at all.
-    expectInside(render(scene.set("ShapeFrameIndex.Value", 0), withDepth(8, 11)).output, placeOf(0, 1), red);
-    expectInside(render(scene.set("ShapeFrameIndex.Value", 100), withDepth(8, 11)).output, placeOf(0, 1), green);
+    expectInside(render(scene.set("ShapeFrameIndex.Value", 0), {.frame = 11}).output, placeOf(0, 1), red);
+    expectInside(render(scene.set("ShapeFrameIndex.Value", 100), {.frame = 11}).output, placeOf(0, 1), green);
 }
 
 // The layer's own frames fill several rows of the texture when they are wide.
 TEST_F(ModuleTexture, FindsFramesInAnyRowOfALargeTimeline) {
     const std::vector<ColorValue> colours = {red, green, blue, grey, green, red};
-    ModuleScene scene = quads(1, timelineFrames, std::make_shared<Film>(0, 6 / 25.0, colours, 4000, 4));
+    ModuleScene scene = quads(1, timelineFrames, film(0, 6 / 25.0, colours, 4000, 4));
     const auto instance = [&](int index) { return instanceOf(scene.set("ShapeFrameIndex.Value", 20 * index)); };
     for (int index = 0; index < 6; ++index) {
         SCOPED_TRACE(index);
@@ -209,9 +185,9 @@ TEST_F(ModuleTexture, FindsFramesInAnyRowOfALargeTimeline) {
 }
 
 TEST_F(ModuleTexture, OfATimelineShorterThanAFrameIsNoError) {
-    ModuleScene scene = quads(1, timelineFrames, std::make_shared<Film>(0, 0.02, std::vector{red}));
+    ModuleScene scene = quads(1, timelineFrames, film(0, 0.02, std::vector{red}));
     for (const int bits : {8, 16, 32})
-        render(scene, withDepth(bits));
+        render(scene, {.bitsPerChannel = bits});
     expectPicture(render(fourSquaresScene()).output, fourSquares());
 }
 
@@ -228,7 +204,7 @@ TEST_F(ModuleTexture, OfAnEmptySlotIsAPlainSquare) {
 }
 
 TEST_F(ModuleTexture, OfALayerThatHasNothingAtThisTimeIsAPlainSquare) {
-    ModuleScene scene = quads(1, gridOfItems, std::make_shared<Film>(1, 1, std::vector{red}));
+    ModuleScene scene = quads(1, gridOfItems, film(1, 1, std::vector{red}));
     scene.set("InstanceSize.Value", 8);
     for (const int mode : {gridOfItems, timelineFrames, splitImage})
         expectPicture(render(scene.set("ShapeFramesSplittingMode", mode)).output, {{placeOf(0, 1)}});
@@ -237,7 +213,7 @@ TEST_F(ModuleTexture, OfALayerThatHasNothingAtThisTimeIsAPlainSquare) {
 // The timeline looks its layer up under the popup's number as it stands: "Layer 3" (4) finds the second custom layer.
 TEST_F(ModuleTexture, OfATimelineTakesEverySecondSlot) {
     ModuleScene scene = quads(1, timelineFrames, still(sheet(1, 8, {red})));
-    scene.layer(2, std::make_shared<Film>(0, 2 / 25.0, std::vector{green, green}));
+    scene.layer(2, film(0, 2 / 25.0, std::vector{green, green}));
     scene.layer(3, still(sheet(1, 8, {blue})));
     expectQuads(render(scene.set("ShapeTextureLayerIndex", 4)).output, {green});
     scene.set("ShapeFramesSplittingMode", gridOfItems).set("ShapeXFramesInTexture", 1).set("ShapeYFramesInTexture", 1);
@@ -267,21 +243,15 @@ TEST_F(ModuleTexture, IsAveragedInHalfResolution) {
     EXPECT_EQ(pixelAt(result.output, 19, 8).a, 0);
 }
 
-// The text goes with the exception and is not shown.
-void expectTooLarge(const FrameResult& result) {
-    EXPECT_EQ(result.error, PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(result.message, "");
-    EXPECT_THAT(result.broken, IsEmpty());
-}
-
+// The text about it goes with the exception and is not shown.
 TEST_F(ModuleTexture, LargerThanTheGpuAllowsIsAnError) {
-    const int limit = ApplicationContext().largestTexture();
+    const int limit = Tessavoy::Testing::ApplicationContext().largestTexture();
     ASSERT_GT(limit, 0);
     const auto strip = [](int width, int height) { return still(FakeProject::solidImage(width, height, 255, 0, 0)); };
     for (const int mode : {gridOfItems, timelineFrames, splitImage}) {
         SCOPED_TRACE(mode);
-        expectTooLarge(instanceOf(quads(1, mode, strip(limit + 1, 1)))->renderFrame({}));
-        expectTooLarge(instanceOf(quads(1, mode, strip(1, limit + 1)))->renderFrame({}));
+        expectOutOfMemory(instanceOf(quads(1, mode, strip(limit + 1, 1)))->renderFrame({}));
+        expectOutOfMemory(instanceOf(quads(1, mode, strip(1, limit + 1)))->renderFrame({}));
         if (mode != timelineFrames)
             expectQuads(render(quads(1, mode, strip(limit, 1))).output, {red});
     }

@@ -12,13 +12,6 @@ using Pictures = std::vector<std::vector<std::byte>>;
 
 constexpr int frameCount = 16;
 
-FrameRequest requestOf(int frame, int bits) {
-    FrameRequest request;
-    request.frame = 6 * frame;
-    request.bitsPerChannel = bits;
-    return request;
-}
-
 // All frames, taken by the threads as they come. A frame that went wrong is empty.
 Pictures renderAll(EffectInstance& instance, int bits, int threadCount) {
     Pictures pictures(frameCount);
@@ -27,7 +20,7 @@ Pictures renderAll(EffectInstance& instance, int bits, int threadCount) {
     for (int thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([&] {
             for (int frame = next++; frame < frameCount; frame = next++) {
-                const FrameResult result = instance.renderFrame(requestOf(frame, bits));
+                const FrameResult result = instance.renderFrame({.frame = 6 * frame, .bitsPerChannel = bits});
                 if (result.error == PF_Err_NONE && result.broken.empty())
                     pictures[static_cast<std::size_t>(frame)] = bytesOf(result.output);
             }
@@ -40,10 +33,11 @@ Pictures renderAll(EffectInstance& instance, int bits, int threadCount) {
 
 ModuleScene texturedScene() {
     ModuleScene scene = richScene(64, 48);
-    auto image = std::make_shared<Image>(*FakeProject::solidImage(16, 16, 0, 0, 0));
-    for (std::size_t sample = 0; sample < image->samples.size(); ++sample)
-        image->samples[sample] = static_cast<std::byte>(sample * 37 % 256);
-    scene.layer(1, std::make_shared<FakeProject::StillLayer>("Sheet", image));
+    const auto sheet = FakeProject::image(16, 16, [](int x, int y) {
+        const auto level = [&](int channel) { return static_cast<std::uint8_t>((64 * y + 4 * x + channel) * 37); };
+        return FakeProject::Texel{level(0), level(1), level(2), level(3)};
+    });
+    scene.layer(1, std::make_shared<FakeProject::StillLayer>("Sheet", sheet));
     scene.set("ShapeType", 2).set("ShapeTextureLayerIndex", 2).set("ShapeFramesAnimationSequence", 1);
     return scene;
 }

@@ -14,7 +14,7 @@
 
 namespace Tessavoy {
 
-using Texel = std::array<std::uint8_t, 4>;  ///< red, green, blue, alpha
+using FakeProject::Texel;
 
 /// A colour as the effect's colour parameter takes it, with an alpha of its own.
 ReferenceColour colour(int red, int green, int blue, double alpha = 1.0);

@@ -157,6 +157,10 @@ void EveryDepth::expectPicture() {
     expectAsReferenceAtEveryDepth(picture);
 }
 
+TEST_P(EveryDepth, isAsTheReference) {
+    expectPicture();
+}
+
 std::string nameOf(const testing::TestParamInfo<EveryDepth::ParamType>& info) {
     const auto& [named, doubled] = info.param;
     return std::string(named.name) + (doubled ? "_Doubled" : "_Single");
@@ -167,6 +171,10 @@ void OtherViews::expectPicture() {
     Picture picture = enlarged(named.make());
     picture.grid.multisampled = view.doubled;
     expectAsReference(picture, view);
+}
+
+TEST_P(OtherViews, isAsTheReference) {
+    expectPicture();
 }
 
 const std::vector<View>& otherViews() {

@@ -50,7 +50,8 @@ struct NamedPicture {
     Picture (*make)();
 };
 
-/// Every picture of a table at every depth, as it is and with the doubled scene.
+/// Every picture of a table at every depth, as it is and with the doubled scene. A file of pictures says no more than
+/// INSTANTIATE_TEST_SUITE_P(Kind, EveryDepth, everyDepthOf(table), nameOf).
 class EveryDepth : public PictureFixture, public testing::WithParamInterface<std::tuple<NamedPicture, bool>> {
 protected:
     void expectPicture();
@@ -64,7 +65,8 @@ inline auto everyDepthOf(const std::vector<NamedPicture>& table) {
 /// Names such as "SquaresAdd_Doubled".
 std::string nameOf(const testing::TestParamInfo<EveryDepth::ParamType>& info);
 
-/// Pictures at other resolutions and in parts. They are drawn at twice the size that their table tells.
+/// Pictures at other resolutions and in parts, instantiated alike. They are drawn at twice the size that their table
+/// tells.
 class OtherViews : public PictureFixture, public testing::WithParamInterface<std::tuple<NamedPicture, View>> {
 protected:
     void expectPicture();

@@ -6,6 +6,7 @@
 #include "Host/ImageFiles/ImageFiles.h"
 #include "Host/ParameterIds.h"
 #include "Host/Scene/SceneFile.h"
+#include "Tests/Pictures/PictureParts.h"
 #include "Tests/Pictures/SceneWriter.h"
 
 namespace Tessavoy {
@@ -13,15 +14,8 @@ namespace {
 
 /// Something of everything that a scene holds.
 Picture everything() {
-    Picture picture;
+    Picture picture = cells(3, 2, 44.0, 24.0, 13.0);
     picture.grid.threeDimensional = true;
-    picture.grid.columns = 3;
-    picture.grid.rows = 2;
-    picture.grid.gridWidth = 44.0;
-    picture.grid.gridHeight = 24.0;
-    picture.grid.centreX = 36.3;
-    picture.grid.centreY = 24.2;
-    picture.grid.cell.size = 13.0;
     picture.grid.cell.corners = 5;
     picture.grid.cell.colour = colour(255, 204, 51, 0.7);
     picture.grid.cell.shelf = 20.0;
@@ -34,12 +28,7 @@ Picture everything() {
                              {{0.0, StopKind::Soft, {0.2, 0.4, 0.8, 1.0}},
                               {0.5, StopKind::Edge, {0.8, 0.6, 0.2, 1.0}},
                               {1.0, StopKind::Straight, {1.0, 1.0, 1.0, 1.0}}}};
-    picture.paint({{255, 0, 0, 255},
-                   {0, 255, 0, 255},
-                   {0, 0, 255, 255},
-                   {255, 255, 0, 255},
-                   {0, 255, 255, 255},
-                   {255, 0, 255, 255}});
+    picture.paint(distinctColours(6));
     picture.vary("InstanceOffsetZ", 90.0, {10, 200, 50, 90, 240, 130});
     picture.tolerance = 1e-3;
     return picture;

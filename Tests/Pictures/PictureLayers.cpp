@@ -1,19 +1,19 @@
 #include "Tests/Pictures/PictureLayers.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
+#include <utility>
 
 #include "Tests/Support/FakeProject.h"
+#include "Tests/Support/FlatBytes.h"
 
 namespace Tessavoy {
 
 namespace {
 
 constexpr int BlockSize = 12;
-constexpr double FramesPerSecond = 25.0;
 
 using TessavoyHost::Image;
 
@@ -21,48 +21,8 @@ std::shared_ptr<const Image> imageOf(int width, int height, const std::vector<Te
     if (texels.size() != static_cast<std::size_t>(width * height)) {
         throw std::invalid_argument("an image has a colour for each of its pixels");
     }
-    auto image = std::make_shared<Image>();
-    image->width = width;
-    image->height = height;
-    for (const Texel& texel : texels) {
-        std::transform(texel.begin(), texel.end(), std::back_inserter(image->samples),
-                       [](std::uint8_t value) { return static_cast<std::byte>(value); });
-    }
-    return image;
-}
-
-/// Shows one picture after the other.
-class TimelineLayer : public TessavoyHost::FrameSource {
-public:
-    explicit TimelineLayer(const PictureFrames& frames) {
-        for (const std::vector<Texel>& texels : frames.images) {
-            mImages.push_back(imageOf(frames.width, frames.height, texels));
-        }
-    }
-
-    std::string name() const override { return "Frames"; }
-    int width() const override { return mImages.front()->width; }
-    int height() const override { return mImages.front()->height; }
-    double start() const override { return 0.0; }
-    /// Half a frame more than it has, so that rounding never takes the last one.
-    double duration() const override { return (static_cast<double>(mImages.size()) + 0.5) / FramesPerSecond; }
-
-    std::shared_ptr<const Image> frameAt(double time) override {
-        const double frame = std::floor(time * FramesPerSecond + 1e-6);
-        if (frame < 0.0 || frame > static_cast<double>(mImages.size())) {
-            return nullptr;
-        }
-        return mImages[std::min(static_cast<std::size_t>(frame), mImages.size() - 1)];
-    }
-
-private:
-    std::vector<std::shared_ptr<const Image>> mImages;
-};
-
-template <class Number>
-void append(std::vector<std::byte>& bytes, Number number) {
-    const auto raw = std::bit_cast<std::array<std::byte, sizeof number>>(number);
-    bytes.insert(bytes.end(), raw.begin(), raw.end());
+    return FakeProject::image(width, height,
+                              [&](int x, int y) { return texels[static_cast<std::size_t>(y * width + x)]; });
 }
 
 ReferenceColour gradientAt(const std::vector<GradientStop>& stops, double place) {
@@ -91,21 +51,23 @@ ReferenceColour gradientAt(const std::vector<GradientStop>& stops, double place)
 
 std::shared_ptr<TessavoyHost::FrameSource> cellLayer(const std::string& name, int columns, int rows,
                                                      const std::vector<Texel>& colours) {
-    std::vector<Texel> texels;
-    for (int y = 0; y < rows * BlockSize; ++y) {
-        for (int x = 0; x < columns * BlockSize; ++x) {
-            texels.push_back(colours.at(static_cast<std::size_t>(y / BlockSize * columns + x / BlockSize)));
-        }
-    }
-    return std::make_shared<FakeProject::StillLayer>(name, imageOf(columns * BlockSize, rows * BlockSize, texels));
+    auto image = FakeProject::image(columns * BlockSize, rows * BlockSize, [&](int x, int y) {
+        return colours.at(static_cast<std::size_t>(y / BlockSize * columns + x / BlockSize));
+    });
+    return std::make_shared<FakeProject::StillLayer>(name, std::move(image));
 }
 
 std::shared_ptr<TessavoyHost::FrameSource> framesLayer(const PictureFrames& frames) {
-    if (frames.splitting == PictureFrames::Splitting::Timeline) {
-        return std::make_shared<TimelineLayer>(frames);
+    std::vector<std::shared_ptr<const Image>> images;
+    for (const std::vector<Texel>& texels : frames.images) {
+        images.push_back(imageOf(frames.width, frames.height, texels));
     }
-    return std::make_shared<FakeProject::StillLayer>("Frames",
-                                                     imageOf(frames.width, frames.height, frames.images.front()));
+    if (frames.splitting != PictureFrames::Splitting::Timeline) {
+        return std::make_shared<FakeProject::StillLayer>("Frames", images.front());
+    }
+    // Half a frame more than it has, so that rounding never takes the last one.
+    const double duration = (static_cast<double>(images.size()) + 0.5) / FakeProject::FilmLayer::framesPerSecond;
+    return std::make_shared<FakeProject::FilmLayer>("Frames", std::move(images), 0.0, duration);
 }
 
 ReferenceSheet sheetOf(const PictureFrames& frames, int gridColumns, int gridRows) {
@@ -151,12 +113,12 @@ ReferenceTexture boxed(const ReferenceTexture& texture, int across, int down) {
 
 std::vector<std::byte> flatGradient(const std::vector<GradientStop>& stops) {
     std::vector<std::byte> bytes;
-    append(bytes, static_cast<std::int32_t>(stops.size()));
+    appendNumber(bytes, static_cast<std::int32_t>(stops.size()));
     for (const GradientStop& stop : stops) {
-        append(bytes, static_cast<float>(stop.position));
-        append(bytes, static_cast<std::int32_t>(stop.kind));
+        appendNumber(bytes, static_cast<float>(stop.position));
+        appendNumber(bytes, static_cast<std::int32_t>(stop.kind));
         for (const double channel : stop.colour) {
-            append(bytes, static_cast<float>(channel));
+            appendNumber(bytes, static_cast<float>(channel));
         }
     }
     return bytes;

@@ -1,18 +1,14 @@
 #include "Tests/Pictures/PictureFixture.h"
+#include "Tests/Pictures/PictureParts.h"
 
 namespace Tessavoy {
 namespace {
 
 /// Three by two shapes, off the pixel grid.
 Picture shapes(int corners) {
-    Picture picture;
-    picture.grid.columns = 3;
-    picture.grid.rows = 2;
-    picture.grid.gridWidth = 46.0;
-    picture.grid.gridHeight = 23.0;
+    Picture picture = cells(3, 2, 46.0, 23.0, 9.3);
     picture.grid.centreX = 36.4;
     picture.grid.centreY = 24.7;
-    picture.grid.cell.size = 9.3;
     picture.grid.cell.corners = corners;
     picture.grid.cell.colour = colour(51, 153, 255, 0.8);
     return picture;
@@ -118,12 +114,7 @@ Picture softPentagons() {
 Picture softOverlappingSquares() {
     Picture picture = soft(shapes(4), 4.5);
     picture.grid.cell.size = 12.0;
-    picture.paint({{255, 0, 0, 255},
-                   {0, 255, 0, 255},
-                   {0, 0, 255, 255},
-                   {255, 255, 0, 255},
-                   {0, 255, 255, 255},
-                   {255, 0, 255, 255}});
+    picture.paint(distinctColours(6));
     return picture;
 }
 
@@ -261,26 +252,14 @@ const std::vector<NamedPicture> pictures = {
     {"ManyRoundingsTurned", manyRoundingsTurned},
 };
 
-using ShapePictures = EveryDepth;
-
-TEST_P(ShapePictures, isAsTheReference) {
-    expectPicture();
-}
-
-INSTANTIATE_TEST_SUITE_P(Shapes, ShapePictures, everyDepthOf(pictures), nameOf);
+INSTANTIATE_TEST_SUITE_P(Shapes, EveryDepth, everyDepthOf(pictures), nameOf);
 
 const std::vector<NamedPicture> viewedPictures = {{"SoftOverlappingSquares", softOverlappingSquares},
                                                   {"SoftStrokedSquares", softStrokedSquares},
                                                   {"SoftStrokedByPercents", softStrokedByPercents},
                                                   {"ManyRoundingsTurned", manyRoundingsTurned}};
 
-using ShapeViews = OtherViews;
-
-TEST_P(ShapeViews, isAsTheReference) {
-    expectPicture();
-}
-
-INSTANTIATE_TEST_SUITE_P(Shapes, ShapeViews, otherViewsOf(viewedPictures), nameOfView);
+INSTANTIATE_TEST_SUITE_P(Shapes, OtherViews, otherViewsOf(viewedPictures), nameOfView);
 
 }  // namespace
 }  // namespace Tessavoy

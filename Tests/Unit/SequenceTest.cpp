@@ -253,6 +253,8 @@ TEST_F(Sequence, NoFailingHostCallLeavesAnythingBehind) {
                 error = run(&host.inData, &host.outData);
             } catch (PF_Err thrown) {
                 error = thrown;
+            } catch (PF_ErrorValue thrown) {  // no memory to compile the script in
+                error = thrown;
             }
             const bool gotThrough = !host.failed();
             host.failCall(0);

@@ -9,7 +9,7 @@
 #include <locale>
 #include <numbers>
 
-#include "Tests/Unit/Editors/FlatBytes.h"
+#include "Tests/Support/FlatBytes.h"
 
 namespace Tessavoy {
 

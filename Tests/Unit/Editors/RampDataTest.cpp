@@ -7,7 +7,7 @@
 #include <limits>
 #include <numbers>
 
-#include "Tests/Unit/Editors/FlatBytes.h"
+#include "Tests/Support/FlatBytes.h"
 
 namespace Tessavoy {
 namespace {

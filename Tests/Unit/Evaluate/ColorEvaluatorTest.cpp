@@ -3,11 +3,12 @@
 #include "Source/Evaluate/HspColor.h"
 #include "Source/HostAccess/Exception.h"
 #include "Tests/Unit/Evaluate/FakeLayers.h"
+#include "Tests/Unit/Evaluate/LaneSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace Tessavoy {
@@ -65,8 +66,7 @@ void expectBatchEqualsSingle(const ColorEvaluator& color) {
         for (int k = 0; k < count; ++k) {
             const Rgba single = color.evaluate(u[k], v[k]);
             for (int channel = 0; channel < 4; ++channel) {
-                EXPECT_EQ(std::bit_cast<std::uint32_t>(out[k][channel]), std::bit_cast<std::uint32_t>(single[channel]))
-                    << "cell " << k << " of " << count;
+                EXPECT_TRUE(sameBits(out[k][channel], single[channel])) << "cell " << k << " of " << count;
             }
         }
         EXPECT_EQ(out[count], untouched);
@@ -225,6 +225,49 @@ TEST(ColorEvaluator, BatchesGiveTheBitsOfSingleCalls) {
                 expectBatchEqualsSingle(color);
             }
         }
+    }
+}
+
+// The hue goes round more than twice, so that every sixth of the circle is met with its borders and the wrap, over
+// bases of every order of channels, with the smallest channel there and gone.
+TEST(ColorEvaluator, BatchesGiveTheBitsOfSingleCallsRoundTheHueCircle) {
+    FakeLayers layers;
+    std::vector<FakeLayers::Pixel> ramp;
+    for (int k = -30; k <= 30; ++k) {
+        ramp.push_back({static_cast<float>(k) * 30.0f, 0, 0, 1});
+    }
+    layers.addFloat(1, static_cast<A_long>(ramp.size()), ramp);
+    for (const Rgba& base : {Rgba{0.9f, 0.5f, 0.1f}, Rgba{0.5f, 0.9f, 0.1f}, Rgba{0.1f, 0.9f, 0.5f},
+                             Rgba{0.1f, 0.5f, 0.9f}, Rgba{0.5f, 0.1f, 0.9f}, Rgba{0.9f, 0.1f, 0.5f},
+                             Rgba{0.4f, 0.4f, 0.4f}, Rgba{1.0f, 0.0f, 0.0f}, Rgba{0.0f, 0.0f, 0.0f}}) {
+        for (const double saturation : {-200.0, -20.0, 0.0, 20.0, 200.0}) {
+            ColorEvaluator color = plainColor(layers, base[0], base[1], base[2]);
+            color.Hue.Layer = {1.0, 2, LayerSource_Red};
+            color.Saturation.Value = saturation;
+            color.Brightness.Layer = {saturation == 0.0 ? 0.0 : 0.1, 2, LayerSource_Red};
+            expectBatchEqualsSingle(color);
+        }
+    }
+}
+
+// What no frame should ask for passes through the model in the same way.
+TEST(ColorEvaluator, BatchesGiveTheBitsOfSingleCallsForOddShifts) {
+    FakeLayers layers;
+    const float infinity = std::numeric_limits<float>::infinity();
+    layers.addFloat(1, 8,
+                    {{0, 0, 0, 1},
+                     {1e30f, 0, 0, 1},
+                     {-1e30f, 0, 0, 1},
+                     {infinity, 0, 0, 1},
+                     {-infinity, 0, 0, 1},
+                     {std::numeric_limits<float>::quiet_NaN(), 0, 0, 1},
+                     {1e-38f, 0, 0, 1},
+                     {-1e-38f, 0, 0, 1}});
+    for (PropertyEvaluator ColorEvaluator::*shift :
+         {&ColorEvaluator::Brightness, &ColorEvaluator::Hue, &ColorEvaluator::Saturation}) {
+        ColorEvaluator color = plainColor(layers, 0.7, 0.2, 0.4);
+        (color.*shift).Layer = {1.0, 2, LayerSource_Red};
+        expectBatchEqualsSingle(color);
     }
 }
 

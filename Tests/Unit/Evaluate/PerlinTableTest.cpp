@@ -123,35 +123,47 @@ Points randomPoints(int count, double reach) {
     return points;
 }
 
-/// Every triple of values at which arithmetic or the split into cell and place is at an edge.
-Points edgePoints() {
-    const std::vector<double> values = {0.0,          -0.0,          0.5,
-                                        -0.5,         1.0,           -1.0,
-                                        255.75,       256.0,         -256.25,
-                                        1e-300,       -1e-300,       std::nextafter(1.0, 0.0),
-                                        2147483648.5, -2147483649.5, 4503599627370497.0,
-                                        1e17,         -1e300,        infinity,
-                                        -infinity,    notANumber};
+/// Coordinates at which arithmetic or the split into cell and place is at an edge.
+const std::vector<double>& edgeValues() {
+    static const std::vector<double> values = {0.0,          -0.0,          0.5,
+                                               -0.5,         1.0,           -1.0,
+                                               255.75,       256.0,         -256.25,
+                                               1e-300,       -1e-300,       std::nextafter(1.0, 0.0),
+                                               2147483648.5, -2147483649.5, 4503599627370497.0,
+                                               1e17,         -1e300,        infinity,
+                                               -infinity,    notANumber};
+    return values;
+}
+
+/// Every pair of them, with one coordinate staying while the other goes through all.
+Points edgePoints(bool alongX) {
     Points points;
-    for (const double x : values) {
-        for (const double y : values) {
-            for (const double z : values) {
-                points.x.push_back(x);
-                points.y.push_back(y);
-                points.z.push_back(z);
-            }
+    for (const double slow : edgeValues()) {
+        for (const double fast : edgeValues()) {
+            points.x.push_back(alongX ? fast : slow);
+            points.y.push_back(alongX ? slow : fast);
         }
     }
     return points;
 }
 
-void expectBatchEqualsSingle(const PerlinTable& table, const Points& points, int count, VectorLanes lanes) {
+/// Rows of points with this step between them in both directions, as a grid asks for them.
+Points gridPoints(int columns, int rows, double step) {
+    Points points;
+    for (int k = 0; k < columns * rows; ++k) {
+        points.x.push_back(step * (k % columns) - 2.0);
+        points.y.push_back(step * (k / columns) - 1.0);
+    }
+    return points;
+}
+
+void expectSliceEqualsSingle(const PerlinTable& table, const Points& points, double z, int count, VectorLanes lanes) {
     std::vector<double> out(count + 1, -7.0);
-    table.perlin(points.x.data(), points.y.data(), points.z.data(), out.data(), count, lanes);
+    table.perlin(points.x.data(), points.y.data(), z, out.data(), count, lanes);
     for (int k = 0; k < count; ++k) {
-        const double single = table.perlin(points.x[k], points.y[k], points.z[k]);
+        const double single = table.perlin(points.x[k], points.y[k], z);
         ASSERT_TRUE(sameBits(out[k], single)) << "point " << k << " of " << count << ": (" << points.x[k] << ", "
-                                              << points.y[k] << ", " << points.z[k] << ") " << out[k] << " " << single;
+                                              << points.y[k] << ", " << z << ") " << out[k] << " " << single;
     }
     EXPECT_EQ(out[count], -7.0) << "written behind the end";
 }
@@ -276,59 +288,62 @@ TEST(PerlinTable, CoordinatesThatAreNotFiniteGiveNaN) {
     }
 }
 
-TEST(PerlinTable, BatchesOfEveryLengthGiveTheBitsOfSingleCalls) {
+TEST(PerlinTable, SlicesOfEveryLengthGiveTheBitsOfSingleCalls) {
     const PerlinTable table(41);
     const Points points = randomPoints(80, 700.0);
     for (const VectorLanes lanes : availableLanes()) {
         for (int count = 0; count <= 80; ++count) {
-            expectBatchEqualsSingle(table, points, count, lanes);
+            expectSliceEqualsSingle(table, points, 0.37 * count - 11.0, count, lanes);
         }
     }
 }
 
-TEST(PerlinTable, BatchesGiveTheBitsOfSingleCallsAtEdges) {
+TEST(PerlinTable, SlicesGiveTheBitsOfSingleCallsAtEdges) {
     const PerlinTable table(43);
-    const Points points = edgePoints();
     for (const VectorLanes lanes : availableLanes()) {
-        expectBatchEqualsSingle(table, points, static_cast<int>(points.x.size()), lanes);
-    }
-}
-
-TEST(PerlinTable, BatchesGiveTheBitsOfSingleCallsForManyTables) {
-    const Points points = randomPoints(1001, 5.0);
-    for (const VectorLanes lanes : availableLanes()) {
-        for (std::uint32_t seed = 0; seed < 20; ++seed) {
-            expectBatchEqualsSingle(PerlinTable(seed), points, 1001, lanes);
-        }
-    }
-}
-
-TEST(PerlinTable, SlicesGiveTheBitsOfSingleCalls) {
-    const PerlinTable table(47);
-    const Points points = randomPoints(67, 40.0);
-    for (const VectorLanes lanes : availableLanes()) {
-        for (const double z : {0.0, -0.25, 12.75, 1e17, infinity, notANumber}) {
-            for (const int count : {0, 1, 3, 4, 5, 64, 67}) {
-                std::vector<double> out(count + 1, -7.0);
-                table.perlin(points.x.data(), points.y.data(), z, out.data(), count, lanes);
-                for (int k = 0; k < count; ++k) {
-                    EXPECT_TRUE(sameBits(out[k], table.perlin(points.x[k], points.y[k], z)))
-                        << "z " << z << " point " << k;
-                }
-                EXPECT_EQ(out[count], -7.0);
+        for (const bool alongX : {false, true}) {
+            const Points points = edgePoints(alongX);
+            for (const double z : edgeValues()) {
+                expectSliceEqualsSingle(table, points, z, static_cast<int>(points.x.size()), lanes);
             }
         }
     }
 }
 
-TEST(PerlinTable, BatchMayWriteOverItsInput) {
+TEST(PerlinTable, SlicesGiveTheBitsOfSingleCallsForManyTables) {
+    const Points points = randomPoints(1001, 5.0);
+    for (const VectorLanes lanes : availableLanes()) {
+        for (std::uint32_t seed = 0; seed < 20; ++seed) {
+            expectSliceEqualsSingle(PerlinTable(seed), points, 0.3 * seed, 1001, lanes);
+        }
+    }
+}
+
+// Neighbours share lattice cells for some points or for many, rows are shorter and longer than the lanes, and what is
+// kept from point to point must be left at the right one.
+TEST(PerlinTable, RowsOfGridsGiveTheBitsOfSingleCalls) {
+    const PerlinTable table(47);
+    for (const VectorLanes lanes : availableLanes()) {
+        for (const int columns : {1, 2, 3, 4, 5, 17, 64}) {
+            for (const double step : {0.0, 0.01, 0.125, 0.24, 1.0, 3.7}) {
+                for (const double z : {0.0, 0.25, -8.5}) {
+                    expectSliceEqualsSingle(table, gridPoints(columns, 9, step), z, columns * 9, lanes);
+                }
+            }
+        }
+    }
+}
+
+TEST(PerlinTable, SliceMayBeWrittenOverItsInput) {
     const PerlinTable table(53);
     for (const VectorLanes lanes : availableLanes()) {
         Points points = randomPoints(13, 40.0);
         const Points before = points;
-        table.perlin(points.x.data(), points.y.data(), points.z.data(), points.x.data(), 13, lanes);
+        table.perlin(points.x.data(), points.y.data(), 0.7, points.x.data(), 13, lanes);
+        table.perlin(before.x.data(), points.y.data(), 0.7, points.y.data(), 13, lanes);
         for (int k = 0; k < 13; ++k) {
-            EXPECT_TRUE(sameBits(points.x[k], table.perlin(before.x[k], before.y[k], before.z[k])));
+            EXPECT_TRUE(sameBits(points.x[k], table.perlin(before.x[k], before.y[k], 0.7)));
+            EXPECT_TRUE(sameBits(points.y[k], table.perlin(before.x[k], before.y[k], 0.7)));
         }
     }
 }

@@ -29,10 +29,18 @@ protected:
         EXPECT_EQ(glIsEnabled(GL_BLEND) == GL_TRUE, blending);
         for (const GLenum binding :
              {GL_VERTEX_ARRAY_BINDING, GL_ARRAY_BUFFER_BINDING, GL_ELEMENT_ARRAY_BUFFER_BINDING, GL_CURRENT_PROGRAM}) {
-            GLint bound = -1;
-            glGetIntegerv(binding, &bound);
-            EXPECT_EQ(bound, 0) << static_cast<std::uint32_t>(binding);
+            EXPECT_EQ(glState(binding), 0) << static_cast<std::uint32_t>(binding);
         }
+    }
+
+    /// The factors of colour and alpha, each of the source and then of the target; both are added.
+    static void expectBlending(const std::array<GLenum, 4>& factors) {
+        constexpr std::array names = {GL_BLEND_SRC_RGB, GL_BLEND_DST_RGB, GL_BLEND_SRC_ALPHA, GL_BLEND_DST_ALPHA};
+        for (std::size_t i = 0; i < factors.size(); ++i) {
+            EXPECT_EQ(glState(names[i]), static_cast<GLint>(factors[i])) << "factor " << i;
+        }
+        EXPECT_EQ(glState(GL_BLEND_EQUATION_RGB), static_cast<GLint>(GL_FUNC_ADD));
+        EXPECT_EQ(glState(GL_BLEND_EQUATION_ALPHA), static_cast<GLint>(GL_FUNC_ADD));
     }
 
     static void expectArraysDisabled(GLuint vertexArray) {
@@ -72,31 +80,16 @@ TEST_F(DrawPassesTest, anotherModeChangesNothing) {
     SetBlendMode(blendAdd);
     for (const std::int32_t mode : {0, 4, -1}) {
         SetBlendMode(mode);
-        GLint factor = 0;
-        glGetIntegerv(GL_BLEND_DST_RGB, &factor);
         EXPECT_EQ(glIsEnabled(GL_BLEND), GL_TRUE);
-        EXPECT_EQ(factor, static_cast<GLint>(GL_ONE));
+        expectBlending({GL_SRC_ALPHA, GL_ONE, GL_ONE, GL_ONE_MINUS_SRC_ALPHA});
     }
 }
 
 TEST_F(DrawPassesTest, blendingStateIsAsTheModesSay) {
-    struct Case {
-        std::int32_t mode;
-        GLenum targetFactor;
-    };
-    for (const auto& [mode, targetFactor] : {Case{blendNormal, GL_ONE_MINUS_SRC_ALPHA}, Case{blendAdd, GL_ONE}}) {
-        SetBlendMode(mode);
-        for (const auto& [name, value] : {std::pair{GL_BLEND_SRC_RGB, GL_SRC_ALPHA},
-                                          {GL_BLEND_DST_RGB, targetFactor},
-                                          {GL_BLEND_SRC_ALPHA, GL_ONE},
-                                          {GL_BLEND_DST_ALPHA, GL_ONE_MINUS_SRC_ALPHA},
-                                          {GL_BLEND_EQUATION_RGB, GL_FUNC_ADD},
-                                          {GL_BLEND_EQUATION_ALPHA, GL_FUNC_ADD}}) {
-            GLint state = 0;
-            glGetIntegerv(name, &state);
-            EXPECT_EQ(state, static_cast<GLint>(value));
-        }
-    }
+    SetBlendMode(blendNormal);
+    expectBlending({GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA});
+    SetBlendMode(blendAdd);
+    expectBlending({GL_SRC_ALPHA, GL_ONE, GL_ONE, GL_ONE_MINUS_SRC_ALPHA});
 }
 
 // Instances.
@@ -134,21 +127,16 @@ TEST_F(DrawPassesTest, fogUniformsAreSetAlsoWhenFogIsOff) {
     const FogState fog = {.enabled = 0, .colorWeight = 50, .gradientTexture = 0, .opacity = 25, .start = 10, .end = 20};
     drawShapes(renderData(), flatView(1, 1), rectangle(0, 0, 1, 1, 0, black), {.fog = fog});
     const GLuint program = renderData().shapeProgram;
-    const auto valueOf = [program](const char* name) {
-        float value = -1;
-        glGetUniformfv(program, glGetUniformLocation(program, name), &value);
-        return value;
-    };
     GLint enabled = -1;
     GLint unit = -1;
     glGetUniformiv(program, glGetUniformLocation(program, "fogEnabled"), &enabled);
     glGetUniformiv(program, glGetUniformLocation(program, "fogTexture"), &unit);
     EXPECT_EQ(enabled, 0);
     EXPECT_EQ(unit, 1);
-    EXPECT_FLOAT_EQ(valueOf("fogColorWeight"), 0.5F);
-    EXPECT_FLOAT_EQ(valueOf("fogOpacity"), 0.25F);
-    EXPECT_FLOAT_EQ(valueOf("fogStart"), 10);
-    EXPECT_FLOAT_EQ(valueOf("fogEnd"), 20);
+    EXPECT_FLOAT_EQ(uniformOf(program, "fogColorWeight"), 0.5F);
+    EXPECT_FLOAT_EQ(uniformOf(program, "fogOpacity"), 0.25F);
+    EXPECT_FLOAT_EQ(uniformOf(program, "fogStart"), 10);
+    EXPECT_FLOAT_EQ(uniformOf(program, "fogEnd"), 20);
     EXPECT_EQ(readTarget(1, 1).front(), black);
 }
 
@@ -314,16 +302,7 @@ TEST_F(OutputTest, blendingStaysOnAndNothingElse) {
     converted({1, 1, 1, 1});
     expectNothingLeftOn(true);
     expectArraysDisabled(renderData().quadVao);
-    for (const auto& [name, value] : {std::pair{GL_BLEND_SRC_RGB, GL_ONE},
-                                      {GL_BLEND_DST_RGB, GL_ONE_MINUS_SRC_ALPHA},
-                                      {GL_BLEND_SRC_ALPHA, GL_ONE},
-                                      {GL_BLEND_DST_ALPHA, GL_ONE_MINUS_SRC_ALPHA},
-                                      {GL_BLEND_EQUATION_RGB, GL_FUNC_ADD},
-                                      {GL_BLEND_EQUATION_ALPHA, GL_FUNC_ADD}}) {
-        GLint state = 0;
-        glGetIntegerv(name, &state);
-        EXPECT_EQ(state, static_cast<GLint>(value));
-    }
+    expectBlending({GL_ONE, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA});
 }
 
 }  // namespace

@@ -86,12 +86,8 @@ TEST_F(FogAndDepthTest, theFogTextureHoldsTheGradientAt2048Steps) {
         straightGradient(static_cast<float>(i) / 2047.0F, expected.data());
         EXPECT_EQ(texels[i], expected) << i;
     }
-    GLint rowLength = -1;
-    GLint bound = -1;
-    glGetIntegerv(GL_UNPACK_ROW_LENGTH, &rowLength);
-    glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
-    EXPECT_EQ(rowLength, 0);
-    EXPECT_EQ(bound, 0);
+    EXPECT_EQ(glState(GL_UNPACK_ROW_LENGTH), 0);
+    EXPECT_EQ(glState(GL_TEXTURE_BINDING_2D), 0);
     deleteTexture(texture);
     EXPECT_EQ(glIsTexture(texture), GL_FALSE);
     EXPECT_TRUE(takeGlErrors().empty());
@@ -152,6 +148,18 @@ TEST_F(FogAndDepthTest, depthGreyIsClampedWhenAsked) {
     expectNear(shaded({1, 1, 1, 1}, 1000, {.zDepth = zDepth}), {0, 0, 0, 1}, tolerance);
     expectNear(shaded({1, 1, 1, 1}, -600, {.zDepth = zDepth}), {1, 1, 1, 1}, tolerance);
     expectNear(shaded({1, 1, 1, 1}, 400, {.zDepth = zDepth}), {0.5F, 0.5F, 0.5F, 1}, tolerance);
+}
+
+// What a division by zero gives is the driver's to say; nothing on this side steps in, and alpha has no part in it.
+TEST_F(FogAndDepthTest, depthThatEndsWhereItStartsReachesTheShaderAsItIs) {
+    for (const std::uint8_t alpha : {std::uint8_t{0}, std::uint8_t{1}}) {
+        const ZDepthState zDepth = {.enabled = 1, .start = 300, .end = 300, .clamp = 1, .alpha = alpha};
+        for (const float z : {299.0F, 300.0F, 301.0F}) {
+            EXPECT_EQ(shaded({1, 1, 1, 0.5F}, z, {.zDepth = zDepth})[3], alpha != 0 ? 0.5F : 1.0F) << z;
+            EXPECT_EQ(uniformOf(renderData().shapeZProgram, "zStart"), 300);
+            EXPECT_EQ(uniformOf(renderData().shapeZProgram, "zEnd"), 300);
+        }
+    }
 }
 
 TEST_F(FogAndDepthTest, depthHasTheInstancesAlphaWhenAsked) {

@@ -61,6 +61,8 @@ protected:
         expectNoErrors("read-back");
         releaseTargets();
         expectNoErrors("release");
+        // the next frame's atlas is bound where the draw looks for it
+        EXPECT_EQ(glState(gl33core::GL_ACTIVE_TEXTURE), static_cast<gl::GLint>(gl33core::GL_TEXTURE0));
     }
 
     DrawingHost mHost;

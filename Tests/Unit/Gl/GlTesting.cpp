@@ -7,19 +7,12 @@
 #include <glbinding/gl33core/gl.h>
 
 #include <cstring>
-#include <iostream>
 
 using namespace gl33core;
 
 namespace Tessavoy::Testing {
 
 using namespace AESDK_OpenGL;
-
-QuietOutput::QuietOutput() : mPrevious(std::cout.rdbuf(mText.rdbuf())) {}
-
-QuietOutput::~QuietOutput() {
-    std::cout.rdbuf(mPrevious);
-}
 
 void GlTest::SetUp() {
     const QuietOutput quiet;
@@ -89,6 +82,18 @@ int liveObjects() {
     return count;
 }
 
+std::int32_t glState(gl::GLenum name) {
+    GLint state = -1;
+    glGetIntegerv(name, &state);
+    return state;
+}
+
+float uniformOf(std::uint32_t program, const char* name) {
+    float value = -1;
+    glGetUniformfv(program, glGetUniformLocation(program, name), &value);
+    return value;
+}
+
 void expectNear(const Colour& actual, const Colour& expected, float tolerance) {
     for (std::size_t channel = 0; channel < 4; ++channel) {
         EXPECT_NEAR(actual[channel], expected[channel], tolerance) << "channel " << channel;
@@ -118,7 +123,7 @@ void drawRectangles(AESDK_OpenGL_EffectRenderData& renderData, const ViewProject
     std::memcpy(buffers.indices(), indices.data(), indices.size() * sizeof(std::uint32_t));
     buffers.unmap();
     DrawInstanceBatch(renderData, static_cast<std::int32_t>(indices.size()), sizeof(Vertex), textured, settings.atlas,
-                      view, settings.fog, settings.zDepth, settings.multiplier16bit, settings.blendMode);
+                      {view, settings.fog, settings.zDepth, settings.multiplier16bit, settings.blendMode});
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include "Source/Gl/DrawPasses.h"
 #include "Source/Gl/EffectRenderData.h"
 #include "Source/Gl/StateRestorer.h"
+#include "Tests/Support/QuietOutput.h"
 
+#include <glbinding/gl/enum.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -11,8 +13,6 @@
 #include <initializer_list>
 #include <memory>
 #include <optional>
-#include <sstream>
-#include <string>
 #include <vector>
 
 namespace Tessavoy::Testing {
@@ -33,22 +33,6 @@ struct SpriteVertex {
     float u, v, layer;
 };
 static_assert(sizeof(SpriteVertex) == 40);
-
-/// Takes what is written to the standard output stream while it lives; contexts describe themselves there.
-class QuietOutput {
-public:
-    QuietOutput();
-    ~QuietOutput();
-
-    QuietOutput(const QuietOutput&) = delete;
-    QuietOutput& operator=(const QuietOutput&) = delete;
-
-    std::string text() const { return mText.str(); }
-
-private:
-    std::ostringstream mText;
-    std::streambuf* mPrevious;
-};
 
 /// Sets the plug-in's contexts up for one test, with this thread's context current and its render data ready.
 class GlTest : public ::testing::Test {
@@ -83,6 +67,12 @@ void clearTo(const Colour& colour);
 
 /// How many objects of any kind exist in the current context.
 int liveObjects();
+
+/// A state of the GL that is one whole number.
+std::int32_t glState(gl::GLenum name);
+
+/// The value of a program's uniform of one float.
+float uniformOf(std::uint32_t program, const char* name);
 
 void expectNear(const Colour& actual, const Colour& expected, float tolerance);
 

@@ -62,11 +62,8 @@ TEST_F(InstanceBuffersTest, whatIsWrittenToTheMappedBuffersIsInThem) {
             buffers.indices()[i] = 100 + i;
         }
         buffers.unmap();
-        GLint bound = -1;
-        glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &bound);
-        EXPECT_EQ(bound, 0);
-        glGetIntegerv(GL_ELEMENT_ARRAY_BUFFER_BINDING, &bound);
-        EXPECT_EQ(bound, 0);
+        EXPECT_EQ(Testing::glState(GL_ARRAY_BUFFER_BINDING), 0);
+        EXPECT_EQ(Testing::glState(GL_ELEMENT_ARRAY_BUFFER_BINDING), 0);
     }
     std::array<std::uint32_t, 6> indices{};
     std::array<std::uint32_t, 28> words{};

@@ -95,14 +95,10 @@ TEST_F(ProgramsTest, bindsATextureToEitherUnit) {
     glUseProgram(program);
     for (const GLint unit : {1, 0}) {
         BindTextureUniform(program, texture, "fogTexture", unit);
-        GLint active = 0;
-        GLint bound = 0;
         GLint value = -1;
-        glGetIntegerv(GL_ACTIVE_TEXTURE, &active);
-        glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
         glGetUniformiv(program, glGetUniformLocation(program, "fogTexture"), &value);
-        EXPECT_EQ(active, static_cast<GLint>(GL_TEXTURE0) + unit);
-        EXPECT_EQ(bound, static_cast<GLint>(texture));
+        EXPECT_EQ(Testing::glState(GL_ACTIVE_TEXTURE), static_cast<GLint>(GL_TEXTURE0) + unit);
+        EXPECT_EQ(Testing::glState(GL_TEXTURE_BINDING_2D), static_cast<GLint>(texture));
         EXPECT_EQ(value, unit);
     }
     deleteTexture(texture);
@@ -128,9 +124,7 @@ TEST_F(ProgramsTest, theBindOfAnArrayTextureIsRefusedAndLeavesItBoundAsArray) {
     glUseProgram(renderData().textureProgram);
     BindTextureUniform(renderData().textureProgram, atlas, "inputTexture", 0);
     EXPECT_EQ(Testing::takeGlErrors(), std::vector{static_cast<std::uint32_t>(GL_INVALID_OPERATION)});
-    GLint bound = 0;
-    glGetIntegerv(GL_TEXTURE_BINDING_2D_ARRAY, &bound);
-    EXPECT_EQ(bound, static_cast<GLint>(atlas));
+    EXPECT_EQ(Testing::glState(GL_TEXTURE_BINDING_2D_ARRAY), static_cast<GLint>(atlas));
     deleteTexture(atlas);
 }
 

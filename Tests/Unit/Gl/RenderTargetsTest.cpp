@@ -193,6 +193,22 @@ TEST_F(RenderTargetsTest, statusTextsNameWhatIsMissing) {
     glDeleteTextures(1, &empty);
 }
 
+TEST(FramebufferStatus, everyStatusHasItsText) {
+    const std::pair<GLenum, const char*> texts[] = {
+        {GL_FRAMEBUFFER_COMPLETE, "OK"},
+        {GL_FRAMEBUFFER_INCOMPLETE_ATTACHMENT, "Framebuffer incomplete, incomplete attachment!"},
+        {GL_FRAMEBUFFER_INCOMPLETE_MISSING_ATTACHMENT, "Framebuffer incomplete, missing attachment!"},
+        {GL_FRAMEBUFFER_INCOMPLETE_DRAW_BUFFER, "Framebuffer incomplete, missing draw buffer!"},
+        {GL_FRAMEBUFFER_INCOMPLETE_READ_BUFFER, "Framebuffer incomplete, missing read buffer!"},
+        {GL_FRAMEBUFFER_UNSUPPORTED, "Unsupported framebuffer format!"},
+        {GL_FRAMEBUFFER_UNDEFINED, "Unknown error!"},
+        {GL_FRAMEBUFFER_INCOMPLETE_MULTISAMPLE, "Unknown error!"},
+        {GL_NONE, "Unknown error!"}};  // the query itself failed
+    for (const auto& [status, text] : texts) {
+        EXPECT_STREQ(framebufferStatusText(static_cast<std::uint32_t>(status)), text);
+    }
+}
+
 TEST_F(RenderTargetsTest, theSecondCheckReportsToTheHost) {
     Testing::DrawingHost host;
     PrepareRenderTargets(renderData(), 4, 4, false);
@@ -227,12 +243,8 @@ TEST_F(RenderTargetsTest, releasingLeavesNothingBound) {
     beginScene(3, 2);
     glBindTexture(GL_TEXTURE_2D, renderData().sceneTexture);
     releaseTargets();
-    GLint framebuffer = -1;
-    GLint texture = -1;
-    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &framebuffer);
-    glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture);
-    EXPECT_EQ(framebuffer, 0);
-    EXPECT_EQ(texture, 0);
+    EXPECT_EQ(Testing::glState(GL_DRAW_FRAMEBUFFER_BINDING), 0);
+    EXPECT_EQ(Testing::glState(GL_TEXTURE_BINDING_2D), 0);
     EXPECT_TRUE(Testing::takeGlErrors().empty());
 }
 

@@ -3,11 +3,9 @@
 #include "Source/Gl/Fault.h"
 #include "Source/Gl/RenderTargets.h"
 #include "Source/Gl/StateRestorer.h"
+#include "Tests/Support/ApplicationContext.h"
 #include "Tests/Unit/Gl/GlTesting.h"
 
-#define EGL_NO_X11
-#include <EGL/egl.h>
-#include <EGL/eglext.h>
 #include <glbinding/gl33core/gl.h>
 
 #include <atomic>
@@ -19,6 +17,7 @@ namespace Tessavoy {
 namespace {
 
 using namespace AESDK_OpenGL;
+using Testing::ApplicationContext;
 using Testing::QuietOutput;
 
 template <class Work>
@@ -267,52 +266,6 @@ TEST(EffectCommonData, withoutAContextNothingCanBeMadeCurrent) {
     AESDK_OpenGL_EffectCommonData empty;
     EXPECT_THROW(empty.MakeContextCurrent(), AESDK_OpenGL_Fault);
 }
-
-/// A context of the application's own, with a surface, made by the platform's calls alone.
-class ApplicationContext {
-public:
-    ApplicationContext() {
-        mDisplay = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-        eglInitialize(mDisplay, nullptr, nullptr);
-        const EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_ES2_BIT, EGL_NONE};
-        EGLConfig config = nullptr;
-        EGLint count = 0;
-        eglChooseConfig(mDisplay, wanted, &config, 1, &count);
-        const EGLint size[] = {EGL_WIDTH, 4, EGL_HEIGHT, 4, EGL_NONE};
-        for (EGLSurface& surface : mSurfaces) {
-            surface = eglCreatePbufferSurface(mDisplay, config, size);
-        }
-        eglBindAPI(EGL_OPENGL_ES_API);
-        const EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
-        mContext = eglCreateContext(mDisplay, config, EGL_NO_CONTEXT, version);
-        eglMakeCurrent(mDisplay, mSurfaces[0], mSurfaces[1], mContext);
-    }
-
-    ~ApplicationContext() {
-        eglMakeCurrent(mDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-        eglDestroyContext(mDisplay, mContext);
-        for (EGLSurface surface : mSurfaces) {
-            eglDestroySurface(mDisplay, surface);
-        }
-    }
-
-    ApplicationContext(const ApplicationContext&) = delete;
-    ApplicationContext& operator=(const ApplicationContext&) = delete;
-
-    void expectCurrent() const {
-        EXPECT_NE(mContext, EGL_NO_CONTEXT);
-        EXPECT_EQ(eglGetCurrentContext(), mContext);
-        EXPECT_EQ(eglGetCurrentDisplay(), mDisplay);
-        EXPECT_EQ(eglGetCurrentSurface(EGL_DRAW), mSurfaces[0]);
-        EXPECT_EQ(eglGetCurrentSurface(EGL_READ), mSurfaces[1]);
-        EXPECT_EQ(eglQueryAPI(), static_cast<EGLenum>(EGL_OPENGL_ES_API));
-    }
-
-private:
-    EGLDisplay mDisplay;
-    EGLSurface mSurfaces[2];
-    EGLContext mContext;
-};
 
 TEST_F(ThreadRenderDataTest, anotherCurrentContextIsBackAfterARender) {
     onThread([] {

@@ -17,6 +17,7 @@
 #include "Host/Command/OutputChannel.h"
 #include "Host/Command/OutputChecks.h"
 #include "Host/Command/RawFrames.h"
+#include "Host/ErrorTexts.h"
 #include "Tests/Unit/Host/HostFixture.h"
 
 namespace TessavoyHost {
@@ -157,12 +158,6 @@ TEST(CommandVersion, IsTakenApart) {
     EXPECT_EQ(versionInWords((1U << 26) | (2U << 19) | (2U << 9)), "10.0.0 beta build 0");
 }
 
-TEST(CommandFailure, IsToldInWordsAndNumber) {
-    EXPECT_EQ(failureInWords(512, "broken"), "broken (error 512)");
-    EXPECT_EQ(failureInWords(4, ""), "out of memory, or OpenGL failed (error 4)");
-    EXPECT_EQ(failureInWords(99, ""), "the module gives no reason (error 99)");
-}
-
 // Frames of the fake effect, which copies its layer: 100 x 80 pixels of red 200, green 100, blue 50.
 class CommandEffectFrames : public CommandOutput {
 protected:
@@ -222,7 +217,20 @@ TEST_F(CommandEffectFrames, AreNotKeptUnlessToldSo) {
 TEST_F(CommandEffectFrames, CarryTheModulesFailure) {
     options.output = OutputPattern(path("a.##.png"));
     FakeEffect::hooks().render = [](PF_InData*, PF_OutData*, PF_SmartRenderExtra*) { return PF_Err{512}; };
-    EXPECT_EQ(render(1).failure, "the host's or the module's data is damaged (error 512)");
+    EXPECT_EQ(render(1).failure, frameFailure(512, ""));
+}
+
+// It has its own remedy.
+TEST_F(CommandEffectFrames, CarryTheHostsOwnFailure) {
+    options.output = OutputPattern(path("a.##.png"));
+    FakeEffect::hooks().render = [this](PF_InData* in, PF_OutData*, PF_SmartRenderExtra* extra) {
+        host.faults().exhaustNth("checkout_output", 1);
+        FakeEffect::usualRender(in, extra);
+        return PF_Err{0};
+    };
+    EXPECT_EQ(render(1).failure,
+              "the host ran out of memory in checkout_output; render fewer frames side by side (--threads), or at a "
+              "lower --resolution");
 }
 
 TEST_F(CommandEffectFrames, CarryTheModulesMessage) {

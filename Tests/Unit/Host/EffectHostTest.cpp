@@ -80,13 +80,33 @@ TEST_F(HostEffectHost, TellsWhyTheSetUpFailed) {
         FAIL() << "set up";
     } catch (const HostError& error) {
         EXPECT_EQ(error.status(), ExitStatus::Module);
-        EXPECT_STREQ(error.what(), "setting the module up failed with error 4: no driver");
+        EXPECT_STREQ(
+            error.what(),
+            "setting the module up failed with error 4: no driver; the effect needs a driver for OpenGL 3.3 with "
+            "EGL, such as Mesa's");
     }
 }
 
 TEST_F(HostEffectHost, SetsDownAModuleWhoseRegistrationFailed) {
     FakeEffect::hooks().paramsSetup = [](PF_InData*, PF_OutData*) { return PF_Err{513}; };
     EXPECT_THROW(const EffectHost host(FakeEffect::entryPoints()), HostError);
+}
+
+// A module that makes nothing of it would stand without parameters.
+TEST_F(HostEffectHost, RefusesAModuleForWhichMemoryRanOut) {
+    FakeEffect::hooks().paramsSetup = [](PF_InData* in, PF_OutData*) {
+        HostServices::current()->faults.exhaustNth("add_param", 1);
+        PF_ParamDef further{};
+        in->inter.add_param(in->effect_ref, -1, &further);
+        return PF_Err{0};
+    };
+    try {
+        const EffectHost host(FakeEffect::entryPoints());
+        FAIL() << "set up";
+    } catch (const HostError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("registering the parameters failed with error 4: the host ran out of "
+                                            "memory in add_param"));
+    }
 }
 
 TEST_F(HostEffectHost, NamesAModuleThatCannotBeLoaded) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 namespace TessavoyHost {
 namespace {
 
@@ -22,6 +24,15 @@ TEST(HostFaults, CanCountCallsOfEveryName) {
     faults.failNth(Faults::anyCall, 2, 4);
     EXPECT_EQ(faults.answerOf("abort"), 0);
     EXPECT_EQ(faults.answerOf("iterate"), 4);
+}
+
+TEST(HostFaults, CanRunOutOfMemoryInTheNthCall) {
+    Faults faults;
+    faults.exhaustNth("abort", 2);
+    EXPECT_EQ(faults.answerOf("abort"), 0);
+    EXPECT_THROW(faults.answerOf("abort"), std::bad_alloc);
+    EXPECT_EQ(faults.struck(), 1);
+    EXPECT_EQ(faults.answerOf("abort"), 0);
 }
 
 TEST(HostFaults, EndWhenCleared) {

@@ -1,5 +1,9 @@
 #include <atomic>
+#include <functional>
+#include <new>
+#include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "Host/EffectHost.h"
 #include "Host/HostError.h"
@@ -158,19 +162,37 @@ TEST_F(HostFrame, CarriesTheModulesErrorAndMessage) {
     EXPECT_FALSE(result.output.hasPixels());
 }
 
-// A layer whose file went away after the scene was read.
+// A layer whose picture can't be had.
 class LostLayer : public FakeProject::StillLayer {
 public:
-    LostLayer() : StillLayer("Lost", FakeProject::solidImage(100, 80, 1, 2, 3)) {}
+    explicit LostLayer(std::function<void()> fail)
+        : StillLayer("Lost", FakeProject::solidImage(100, 80, 1, 2, 3)), mFail(std::move(fail)) {}
     std::shared_ptr<const Image> frameAt(double) override {
-        throw HostError(ExitStatus::FrameFailed, "lost.png: the file is gone");
+        mFail();
+        return nullptr;
     }
+
+private:
+    std::function<void()> mFail;
 };
 
-Project projectWithLostLayer() {
+Project projectWithLostLayer(std::function<void()> fail) {
     Project project = FakeProject::project();
-    project.layers[0] = std::make_shared<LostLayer>();
+    project.layers[0] = std::make_shared<LostLayer>(std::move(fail));
     return project;
+}
+
+// A module that takes no notice of what the host answers.
+void makeHeedless() {
+    FakeEffect::hooks().preRender = [](PF_InData* in, PF_OutData*, PF_PreRenderExtra* extra) {
+        FakeEffect::usualPreRender(in, extra);
+        return PF_Err{0};
+    };
+    FakeEffect::hooks().render = [](PF_InData* in, PF_OutData*, PF_SmartRenderExtra* extra) {
+        FakeEffect::valueOf(in, FakeEffect::FloatSlider);
+        FakeEffect::usualRender(in, extra);
+        return PF_Err{0};
+    };
 }
 
 TEST_F(HostFrame, FailsWithTheHostEvenWhereTheModuleGoesOn) {
@@ -181,10 +203,68 @@ TEST_F(HostFrame, FailsWithTheHostEvenWhereTheModuleGoesOn) {
         return PF_Err{0};
     };
     EffectHost host(FakeEffect::entryPoints());
-    const FrameResult result = host.createInstance(projectWithLostLayer())->renderFrame({});
+    const auto lose = [] { throw HostError(ExitStatus::FrameFailed, "lost.png: the file is gone"); };
+    const FrameResult result = host.createInstance(projectWithLostLayer(lose))->renderFrame({});
     EXPECT_EQ(result.error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_EQ(result.failure, "lost.png: the file is gone");
     EXPECT_EQ(result.message, "lost.png: the file is gone");
     EXPECT_FALSE(result.output.hasPixels());
+}
+
+// Whatever is thrown inside a call of the host, the frame is no frame, even where the module makes nothing of the
+// answer.
+TEST_F(HostFrame, FailsWithAnyExceptionInACallOfTheHost) {
+    struct Thrown {
+        std::function<void()> fail;
+        PF_Err error;
+        const char* failure;
+    };
+    const std::vector<Thrown> rows = {
+        {[] { throw std::bad_alloc(); }, PF_Err_OUT_OF_MEMORY, "the host ran out of memory in checkout_layer_pixels; "},
+        {[] { throw std::runtime_error("odd"); }, PF_Err_INTERNAL_STRUCT_DAMAGED, "odd"},
+        {[] { throw 7; }, PF_Err_INTERNAL_STRUCT_DAMAGED, "an exception of an unknown kind"}};
+    for (const Thrown& thrown : rows) {
+        SCOPED_TRACE(thrown.failure);
+        FakeEffect::hooks().render = [&thrown](PF_InData* in, PF_OutData*, PF_SmartRenderExtra* extra) {
+            PF_EffectWorld* pixels = nullptr;
+            EXPECT_EQ(extra->cb->checkout_layer_pixels(in->effect_ref, 0, &pixels), thrown.error);
+            return PF_Err{0};
+        };
+        EffectHost host(FakeEffect::entryPoints());
+        const FrameResult result = host.createInstance(projectWithLostLayer(thrown.fail))->renderFrame({});
+        EXPECT_EQ(result.error, thrown.error);
+        EXPECT_THAT(result.failure, HasSubstr(thrown.failure));
+        EXPECT_FALSE(result.output.hasPixels());
+        EXPECT_THAT(result.broken, IsEmpty());
+    }
+}
+
+// The error is the module's, and the reason the host's.
+TEST_F(HostFrame, NamesTheHostsFailureWhereTheModulePassesItOn) {
+    FakeEffect::hooks().render = [](PF_InData* in, PF_OutData*, PF_SmartRenderExtra* extra) {
+        PF_EffectWorld* pixels = nullptr;
+        return extra->cb->checkout_layer_pixels(in->effect_ref, 0, &pixels) == PF_Err_NONE ? PF_Err{0} : PF_Err{4};
+    };
+    EffectHost host(FakeEffect::entryPoints());
+    const auto lose = [] { throw HostError(ExitStatus::FrameFailed, "lost.png: the file is gone"); };
+    const FrameResult result = host.createInstance(projectWithLostLayer(lose))->renderFrame({});
+    EXPECT_EQ(result.error, 4);
+    EXPECT_EQ(result.failure, "lost.png: the file is gone");
+    EXPECT_EQ(result.message, "lost.png: the file is gone");
+}
+
+// It knows better what the memory was for.
+TEST_F(HostFrame, LeavesItToTheModuleToTellOfMemoryThatRanOut) {
+    FakeEffect::hooks().render = [](PF_InData* in, PF_OutData*, PF_SmartRenderExtra* extra) {
+        PF_EffectWorld* pixels = nullptr;
+        return extra->cb->checkout_layer_pixels(in->effect_ref, 0, &pixels);
+    };
+    EffectHost host(FakeEffect::entryPoints());
+    const auto exhaust = [] { throw std::bad_alloc(); };
+    const FrameResult result = host.createInstance(projectWithLostLayer(exhaust))->renderFrame({});
+    EXPECT_EQ(result.error, PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(result.failure, "");
+    EXPECT_EQ(result.message, "");
 }
 
 // What the module says through the host is no failure.
@@ -289,6 +369,61 @@ TEST_F(HostFrame, SurvivesAFailureOfEveryHostCall) {
         host.faults().clear();
     }
     EXPECT_GT(n, 6);
+}
+
+// Memory runs out in every host call in turn, and the module goes on each time; the frame fails until none is left.
+TEST_F(HostFrame, FailsWhicheverCallOfTheHostRunsOutOfMemory) {
+    EffectHost host(FakeEffect::entryPoints());
+    const auto instance = host.createInstance(FakeProject::project());
+    makeHeedless();
+    int n = 1;
+    for (bool struck = true; struck; ++n) {
+        host.faults().exhaustNth(Faults::anyCall, n);
+        const FrameResult result = instance->renderFrame({});
+        struck = host.faults().struck() > 0;
+        EXPECT_THAT(result.broken, IsEmpty()) << "call " << n;
+        EXPECT_EQ(result.error, struck ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE) << "call " << n;
+        EXPECT_EQ(result.failure.starts_with("the host ran out of memory in "), struck) << "call " << n;
+        EXPECT_NE(result.output.hasPixels(), struck) << "call " << n;
+        host.faults().clear();
+    }
+    EXPECT_GT(n, 6);
+}
+
+// The fake effect, but that it passes on that there was no memory for an interpolated value.
+PF_Err passMemoryOn(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output,
+                    void* extra) {
+    const PF_Err error = FakeEffect::entryPoints().effectMain(command, in, out, params, output, extra);
+    if (command != PF_Cmd_ARBITRARY_CALLBACK)
+        return error;
+    const auto& arbitrary = *static_cast<PF_ArbParamsExtra*>(extra);
+    const bool isMissing =
+        arbitrary.which_function == PF_Arbitrary_INTERP_FUNC && *arbitrary.u.interp_func_params.interpPH == nullptr;
+    return isMissing ? PF_Err{PF_Err_OUT_OF_MEMORY} : error;
+}
+
+// The interpolated value is made by a command inside the check-out, whatever that command answers.
+TEST_F(HostFrame, FailsWhereMemoryRunsOutInACommandWithinIt) {
+    Project project = FakeProject::project();
+    project.parameters[FakeEffect::Data].keys = {{0, ArbitraryValue{std::vector<std::byte>(8)}, Ease::Linear},
+                                                 {4, ArbitraryValue{}, Ease::Linear}};
+    ModuleEntryPoints passing = FakeEffect::entryPoints();
+    passing.effectMain = passMemoryOn;
+    for (const ModuleEntryPoints& module : {FakeEffect::entryPoints(), passing}) {
+        EffectHost host(module);
+        const auto instance = host.createInstance(project);
+        FakeEffect::hooks().render = [&](PF_InData* in, PF_OutData*, PF_SmartRenderExtra* extra) {
+            host.faults().exhaustNth("host_new_handle", 1);
+            PF_ParamDef data{};
+            in->inter.checkout_param(in->effect_ref, FakeEffect::Data, 50, 1, 25, &data);
+            in->inter.checkin_param(in->effect_ref, &data);
+            return FakeEffect::usualRender(in, extra);
+        };
+        const FrameResult result = instance->renderFrame({});
+        EXPECT_EQ(host.faults().struck(), 1);
+        EXPECT_EQ(result.error, PF_Err_OUT_OF_MEMORY);
+        EXPECT_THAT(result.failure, HasSubstr("out of memory in host_new_handle"));
+    }
 }
 
 TEST_F(HostFrame, RendersOnSeveralThreadsAtOnce) {

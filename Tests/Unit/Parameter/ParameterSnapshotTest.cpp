@@ -28,6 +28,21 @@ constexpr A_long firstLayer = 402;
     return ::testing::AssertionSuccess();
 }
 
+/// All properties that have a noise of their own.
+std::vector<const PropertyEvaluator*> everyProperty(const ParameterSnapshot& s) {
+    return {&s.InstanceSize,        &s.InstanceRotation3DX,
+            &s.InstanceRotation3DY, &s.InstanceRotation,
+            &s.InstanceOffsetX,     &s.InstanceOffsetY,
+            &s.InstanceOffsetZ,     &s.InstanceColor.Brightness,
+            &s.InstanceColor.Hue,   &s.InstanceColor.Saturation,
+            &s.InstanceAlpha,       &s.ShapeFrameIndex,
+            &s.ShapeAnchorX,        &s.ShapeAnchorY,
+            &s.ShapeScaleX,         &s.ShapeScaleY,
+            &s.ShapeStrokeWidth,    &s.ShapeRaysCount,
+            &s.ShapeShelfLength,    &s.ShapeLinkMiddleOffset,
+            &s.ShapeRoundingRadius};
+}
+
 class ParameterSnapshotTest : public ::testing::Test {
 protected:
     ParameterSnapshotTest() {
@@ -161,9 +176,7 @@ TEST_F(ParameterSnapshotTest, ElevenEntriesOfEachKindStayZero) {
 TEST_F(ParameterSnapshotTest, ResultOffsetIsReadForCustomNoisesAlone) {
     ParameterSnapshot snapshot(&host.inData());
     ASSERT_EQ(snapshot.read(), 0);
-    for (const PropertyEvaluator* property :
-         {&snapshot.InstanceSize, &snapshot.InstanceAlpha, &snapshot.ShapeFrameIndex,
-          &snapshot.InstanceColor.Brightness, &snapshot.ShapeRoundingRadius}) {
+    for (const PropertyEvaluator* property : everyProperty(snapshot)) {
         EXPECT_EQ(property->Noise.ResultOffset, 100.0);
     }
     EXPECT_EQ(snapshot.Noise[0].ResultOffset, parameterIndex("Noise.Custom1.ResultOffset") + 0.25);
@@ -215,9 +228,7 @@ TEST_F(ParameterSnapshotTest, WithoutMultipliersNoNoiseTableIsBuilt) {
     }
     ParameterSnapshot snapshot(&host.inData());
     ASSERT_EQ(snapshot.read(), 0);
-    for (const PropertyEvaluator* property :
-         {&snapshot.InstanceSize, &snapshot.InstanceAlpha, &snapshot.ShapeFrameIndex, &snapshot.InstanceColor.Hue,
-          &snapshot.ShapeScaleY}) {
+    for (const PropertyEvaluator* property : everyProperty(snapshot)) {
         EXPECT_EQ(property->Noise.table, nullptr);
         EXPECT_EQ(property->Noise.sample(0.3f, 0.7f), 0.0);
     }

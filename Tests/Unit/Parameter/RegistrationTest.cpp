@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <stdexcept>
 
 namespace Tessavoy {
 namespace {
@@ -298,6 +299,18 @@ TEST_F(RegistrationTest, AMissingHandleSuiteEndsTheCommandAtTheFirstDefault) {
         EXPECT_EQ(error, 516);
     }
     EXPECT_EQ(host.added.size(), static_cast<std::size_t>(parameterIndex("Ramp.Custom1") - 1));
+}
+
+TEST_F(RegistrationTest, AParameterWithoutDiskIdStopsTheSetUp) {
+    const ParameterDescription parameters[] = {
+        parameterTree()[0], {"Newcomer", Controls::Checkbox{}}, parameterTree()[1]};
+    try {
+        registerParameters(&host.inData(), &host.outData(), parameters);
+        FAIL() << "a parameter that can't be saved was declared";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "Failed to find the disk ID for parameter id \"Newcomer\"");
+    }
+    EXPECT_EQ(host.added.size(), 1u);
 }
 
 TEST_F(RegistrationTest, AHostWithoutSuitesIsRefused) {

@@ -216,6 +216,16 @@ TEST(BatchWalkDeathTest, DrawingWithoutARenderContextIsAnAssertion) {
     EXPECT_DEATH(requireRenderContext(nullptr), "renderContext != nullptr.*Source/RenderGrid");
 }
 
+TEST(BatchWalkDeathTest, ALeftCursorByDepthWithAPlainRightOneIsAnAssertion) {
+    GridScene scene;
+    GridEvaluator evaluator = scene.evaluator();
+    const GridInstances instances(evaluator);
+    DrawOrder byZ(true, 4, 3, instances.cells().data());
+    GridToSequence plain(4, 3);
+    RecordingSink sink;
+    EXPECT_DEATH(writeBatches(instances, byZ.left(), plain, sink), "rightByZ != nullptr");
+}
+
 TEST(BatchWalkDeathTest, VerticesWithoutIndicesAreAnAssertion) {
     GridScene scene;
     FunctionScript script([](const CellScriptInputs&, InstanceState& cell) {

@@ -244,12 +244,5 @@ TEST(DrawOrderDeathTest, TheMapHasAnEntryForEveryCell) {
     EXPECT_DEATH(GridToSequenceByZ(order, 2, 1), "mOrder.size\\(\\) == GetCount\\(\\)");
 }
 
-TEST(DrawOrderDeathTest, CursorsOfDifferentClassesAreNotCompared) {
-    const OrderMap order = {{5, 0}};
-    const GridToSequenceByZ byZ(order, 1, 1);
-    const GridToSequence plain(1, 1);
-    EXPECT_DEATH(samePlace(byZ, plain), "rightByZ != nullptr");
-}
-
 }  // namespace
 }  // namespace Tessavoy

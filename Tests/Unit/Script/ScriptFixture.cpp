@@ -18,8 +18,7 @@ constexpr std::array numberFields = {&InstanceState::x,       &InstanceState::y,
 
 }  // namespace
 
-ScriptScene::ScriptScene() : utilities(*host.inData.utils), snapshot(&host.inData) {
-    host.inData.utils = &utilities;
+ScriptScene::ScriptScene() : snapshot(&host.inData) {
     host.inData.current_time = 1000;
     host.inData.time_step = 100;
     host.inData.time_scale = 2500;
@@ -53,6 +52,24 @@ InstanceState ScriptScene::run(const std::string& script) {
 std::array<float, 4> ScriptScene::evaluate(const std::string& expressions) {
     const InstanceState result = run("x, y, z, radius = " + expressions);
     return {result.x, result.y, result.z, result.radius};
+}
+
+double ScriptScene::number(const std::string& expression) {
+    // The eight bytes come in four fields, 16 bits each.
+    const auto words = evaluate("string.unpack('>I2I2I2I2', string.pack('>d', (" + expression + ")))");
+    std::uint64_t bits = 0;
+    for (const float word : words) {
+        bits = bits << 16 | static_cast<std::uint64_t>(word);
+    }
+    return std::bit_cast<double>(bits);
+}
+
+std::vector<double> ScriptScene::results(const std::string& call) {
+    std::vector<double> numbers(static_cast<std::size_t>(value("select('#', " + call + ")")));
+    for (std::size_t k = 0; k < numbers.size(); ++k) {
+        numbers[k] = number("select(" + std::to_string(k + 1) + ", " + call + ")");
+    }
+    return numbers;
 }
 
 bool sameFields(const InstanceState& left, const InstanceState& right) {

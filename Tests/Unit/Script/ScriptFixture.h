@@ -4,6 +4,7 @@
 #include "Source/Script/ScriptHost.h"
 #include "Source/Sequence.h"
 #include "Tests/Support/FakeHandleHost.h"
+#include "Tests/Unit/Script/FakePaths.h"
 
 #include <array>
 #include <string>
@@ -18,7 +19,7 @@ struct ScriptScene {
     ScriptScene();
 
     FakeHandleHost host;
-    PF_UtilCallbacks utilities;  ///< the host's own, to add to
+    FakePaths paths{host};
     SequenceData sequence;
     ParameterSnapshot snapshot;
     Matrix gridMatrix = Matrix::identity();
@@ -35,6 +36,12 @@ struct ScriptScene {
 
     /// The first of them.
     float value(const std::string& expression) { return evaluate(expression)[0]; }
+
+    /// A Lua number to its last bit, which the cell's fields would round.
+    double number(const std::string& expression);
+
+    /// All results of a call, to their last bits.
+    std::vector<double> results(const std::string& call);
 
 private:
     void* mSequenceBlock = &sequence;

@@ -1,6 +1,7 @@
 #include <atomic>
 #include <mutex>
 #include <set>
+#include <stdexcept>
 #include <thread>
 
 #include "Tests/Unit/Host/HostFixture.h"
@@ -88,6 +89,19 @@ TEST_F(HostIterateSuites, PassTheFirstErrorOn) {
     seen.failAtY = 3;
     iterated(host, seen, nullptr, 513);
     EXPECT_LT(seen.calls, 100 * 80);
+}
+
+// Of the functions that threads call, none may end the process.
+TEST_F(HostIterateSuites, FailTheFrameWhereTheFunctionThrows) {
+    EffectHost host(FakeEffect::entryPoints(), threads(3));
+    duringRender([&](PF_InData* in) {
+        const Acquired<PF_Iterate8Suite1> suite(in);
+        const auto fail = [](void*, A_long, A_long, A_long) -> PF_Err { throw std::runtime_error("thrown"); };
+        EXPECT_EQ(suite->iterate_generic(50, nullptr, fail), PF_Err_INTERNAL_STRUCT_DAMAGED);
+    });
+    const FrameResult result = host.createInstance(FakeProject::project())->renderFrame({});
+    EXPECT_EQ(result.error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_EQ(result.failure, "thrown");
 }
 
 TEST_F(HostIterateSuites, CountThroughGenericWorkOnce) {

@@ -68,6 +68,29 @@ TEST_F(HostMemorySuites, FailWhenToldTo) {
     EXPECT_EQ(host.faults().struck(), 2);
 }
 
+// Null is the published answer, but the frame that goes on without the memory is not what the scene asks for.
+TEST_F(HostMemorySuites, GiveNoHandleAndFailTheFrameWhereMemoryRunsOut) {
+    EffectHost host(FakeEffect::entryPoints());
+    const auto instance = host.createInstance(FakeProject::project());
+    for (const char* call : {"host_new_handle", "host_lock_handle"}) {
+        duringRender([&](PF_InData* in) {
+            const Acquired<PF_HandleSuite1> suite(in);
+            host.faults().exhaustNth(call, 1);
+            const PF_Handle handle = suite->host_new_handle(8);
+            if (handle != nullptr) {
+                EXPECT_EQ(suite->host_lock_handle(handle), nullptr);
+                suite->host_dispose_handle(handle);
+            }
+        });
+        const FrameResult result = instance->renderFrame({});
+        EXPECT_EQ(host.faults().struck(), 1);
+        EXPECT_EQ(result.error, PF_Err_OUT_OF_MEMORY);
+        EXPECT_THAT(result.failure, HasSubstr(call));
+        EXPECT_THAT(result.broken, IsEmpty());
+        host.faults().clear();
+    }
+}
+
 TEST_F(HostMemorySuites, LendMemoryHandles) {
     renderWith(FakeProject::project(), [](PF_InData* in) {
         const Acquired<AEGP_MemorySuite1> suite(in);

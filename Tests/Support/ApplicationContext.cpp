@@ -1,12 +1,13 @@
 #define EGL_NO_X11
 
-#include "Tests/Module/ApplicationContext.h"
+#include "Tests/Support/ApplicationContext.h"
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 #include <gtest/gtest.h>
 
-namespace TessavoyHost {
+namespace Tessavoy::Testing {
+
 namespace {
 
 EGLDisplay surfacelessDisplay() {
@@ -16,7 +17,7 @@ EGLDisplay surfacelessDisplay() {
 }
 
 EGLConfig configOf(EGLDisplay display) {
-    constexpr EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_NONE};
+    constexpr EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_ES2_BIT, EGL_NONE};
     EGLConfig config = nullptr;
     EGLint count = 0;
     eglChooseConfig(display, wanted, &config, 1, &count);
@@ -26,35 +27,45 @@ EGLConfig configOf(EGLDisplay display) {
 }  // namespace
 
 ApplicationContext::ApplicationContext() : mDisplay(surfacelessDisplay()) {
-    if (!eglInitialize(mDisplay, nullptr, nullptr) || !eglBindAPI(EGL_OPENGL_API))
+    if (!eglInitialize(mDisplay, nullptr, nullptr) || !eglBindAPI(EGL_OPENGL_ES_API)) {
         return;
+    }
     const EGLConfig config = configOf(mDisplay);
     constexpr EGLint size[] = {EGL_WIDTH, 8, EGL_HEIGHT, 8, EGL_NONE};
-    mSurface = eglCreatePbufferSurface(mDisplay, config, size);
-    mContext = eglCreateContext(mDisplay, config, EGL_NO_CONTEXT, nullptr);
-    EXPECT_TRUE(eglMakeCurrent(mDisplay, mSurface, mSurface, mContext));
+    for (EGLSurface& surface : mSurfaces) {
+        surface = eglCreatePbufferSurface(mDisplay, config, size);
+    }
+    constexpr EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
+    mContext = eglCreateContext(mDisplay, config, EGL_NO_CONTEXT, version);
+    EXPECT_TRUE(eglMakeCurrent(mDisplay, mSurfaces[0], mSurfaces[1], mContext));
 }
 
 ApplicationContext::~ApplicationContext() {
-    if (!isThere())
+    if (!isThere()) {
         return;
+    }
     eglMakeCurrent(mDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     eglDestroyContext(mDisplay, mContext);
-    eglDestroySurface(mDisplay, mSurface);
+    for (EGLSurface surface : mSurfaces) {
+        eglDestroySurface(mDisplay, surface);
+    }
 }
 
 void ApplicationContext::expectCurrent(const char* when) const {
+    EXPECT_TRUE(isThere()) << when;
     EXPECT_EQ(eglGetCurrentContext(), mContext) << when;
-    EXPECT_EQ(eglGetCurrentSurface(EGL_DRAW), mSurface) << when;
-    EXPECT_EQ(eglGetCurrentSurface(EGL_READ), mSurface) << when;
+    EXPECT_EQ(eglGetCurrentSurface(EGL_DRAW), mSurfaces[0]) << when;
+    EXPECT_EQ(eglGetCurrentSurface(EGL_READ), mSurfaces[1]) << when;
     EXPECT_EQ(eglGetCurrentDisplay(), mDisplay) << when;
+    EXPECT_EQ(eglQueryAPI(), static_cast<EGLenum>(EGL_OPENGL_ES_API)) << when;
 }
 
 int ApplicationContext::largestTexture() const {
     constexpr unsigned maxTextureSize = 0x0D33;
     int size = 0;
-    if (const auto getInteger = reinterpret_cast<void (*)(unsigned, int*)>(eglGetProcAddress("glGetIntegerv")))
+    if (const auto getInteger = reinterpret_cast<void (*)(unsigned, int*)>(eglGetProcAddress("glGetIntegerv"))) {
         getInteger(maxTextureSize, &size);
+    }
     return size;
 }
 
@@ -62,4 +73,4 @@ bool anyContextIsCurrent() {
     return eglGetCurrentContext() != EGL_NO_CONTEXT;
 }
 
-}  // namespace TessavoyHost
+}  // namespace Tessavoy::Testing
