@@ -17,6 +17,7 @@
 
 namespace TessavoyHost {
 
+class Drawing;
 class EffectHost;
 class EffectInstance;
 
@@ -105,6 +106,8 @@ public:
     bool projectDirty = false;  // the module says that it changed the project
     // For the smart render commands.
     FrameWorlds* frame = nullptr;
+    // For draw events: what the module draws.
+    Drawing* drawing = nullptr;
 
     // Numbers the parameters that are checked out, from 1.
     A_long nextTicket() { return ++mTickets; }

@@ -53,8 +53,11 @@ Region EffectInstance::wholeLayer(const FrameRequest& request) const {
 FrameResult EffectInstance::renderFrame(const FrameRequest& request) {
     FrameResult failed;
     try {
-        const SequencePool::Lease sequence(mSequence);
-        return FrameRender(*this, request, wholeLayer(request), sequence.handle()).run();
+        SequencePool::Lease sequence(mSequence);
+        FrameResult result = FrameRender(*this, request, wholeLayer(request), sequence.handle()).run();
+        if (request.renewAfterMessage && !result.message.empty())
+            sequence.discard();
+        return result;
     } catch (const std::bad_alloc&) {
         failed.error = PF_Err_OUT_OF_MEMORY;
         failed.failure = "the frame does not fit into memory; " + std::string(memoryRemedy);
@@ -74,6 +77,16 @@ CommandResult EffectInstance::command(PF_Cmd command, int frame, void* extra, PF
     ParameterArray values(context);
     context.run(params == nullptr ? values.data() : params, nullptr, extra);
     mSequence.changed();
+    return context.finish();
+}
+
+CommandResult EffectInstance::drawEvent(PF_EventExtra& extra, Drawing& drawing) {
+    CommandSetting setting;
+    setting.sequenceData = mSequence.original();
+    CommandContext context(mHost, this, PF_Cmd_EVENT, setting);
+    context.drawing = &drawing;
+    ParameterArray values(context, LayerPixels::Absent);
+    context.run(values.data(), nullptr, &extra);
     return context.finish();
 }
 

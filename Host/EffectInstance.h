@@ -18,9 +18,11 @@
 #include "Host/SequencePool.h"
 #include "Host/TimeBase.h"
 #include "Host/World.h"
+#include "HostInterface/Events.h"
 
 namespace TessavoyHost {
 
+class Drawing;
 class EffectHost;
 
 struct FrameRequest {
@@ -29,6 +31,9 @@ struct FrameRequest {
     Rational downsampleX{}, downsampleY{};
     std::optional<Region> region = std::nullopt;  // in downsampled pixels; none: the whole layer
     const std::atomic<bool>* cancel = nullptr;    // set it to make the module's abort call answer so
+    // Sequence data that a message came with is not used for further frames, so that what the module noted there, such
+    // as a script that failed, has no effect on them.
+    bool renewAfterMessage = false;
 };
 
 struct FrameResult {
@@ -62,6 +67,10 @@ public:
     // One command at a moment of the composition, for panels and tests. params, output and extra go to the module as
     // they are; without params the module gets all parameters' values at that moment.
     CommandResult command(PF_Cmd command, int frame, void* extra = nullptr, PF_ParamDef** params = nullptr);
+
+    // A draw event of the panel at the first frame's time. The module gets all parameters' values, layers without their
+    // pixels.
+    CommandResult drawEvent(PF_EventExtra& extra, Drawing& drawing);
 
     EffectHost& host() { return mHost; }
     const Project& project() const { return mProject; }

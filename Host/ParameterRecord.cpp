@@ -30,13 +30,16 @@ void copyName(const std::string& name, A_char (&target)[32]) {
 
 }  // namespace
 
-ParameterRecord parameterRecord(CommandContext& context, int index, double time) {
+ParameterRecord parameterRecord(CommandContext& context, int index, double time, LayerPixels pixels) {
     EffectInstance& instance = context.instance();
     ParameterRecord record;
     PF_ParamDef& definition = record.definition;
     definition = context.host.parameters().at(static_cast<std::size_t>(index)).definition;
     definition.uu.change_flags = PF_ChangeFlag_NONE;
-    if (index == 0) {
+    const bool isLayer = index == 0 || definition.param_type == PF_Param_LAYER;
+    if (isLayer && pixels == LayerPixels::Absent) {
+        definition.u.ld = {};
+    } else if (index == 0) {
         writeLayer(context, instance.project().effectLayer, time, record);
     } else if (definition.param_type == PF_Param_LAYER) {
         const ParameterValue value = instance.values().at(index, time);
@@ -52,11 +55,11 @@ ParameterRecord parameterRecord(CommandContext& context, int index, double time)
     return record;
 }
 
-ParameterArray::ParameterArray(CommandContext& context) {
+ParameterArray::ParameterArray(CommandContext& context, LayerPixels pixels) {
     const EffectInstance& instance = context.instance();
     const double time = context.compositionSeconds(context.in.current_time, context.in.time_scale);
     for (int index = 0; index < context.in.num_params; ++index) {
-        mRecords.push_back(parameterRecord(context, index, time));
+        mRecords.push_back(parameterRecord(context, index, time, pixels));
         copyName(instance.panel().at(index).name, mRecords.back().definition.name);
     }
     for (ParameterRecord& record : mRecords)

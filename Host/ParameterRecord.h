@@ -14,14 +14,18 @@ struct ParameterRecord {
     std::shared_ptr<void> keep;
 };
 
+// Whether layers come with their pixels.
+enum class LayerPixels { Present, Absent };
+
 // time in composition seconds. A layer without pixels then has null data and no size. Throws HostCallFailure,
 // HostError.
-ParameterRecord parameterRecord(CommandContext& context, int index, double time);
+ParameterRecord parameterRecord(CommandContext& context, int index, double time,
+                                LayerPixels pixels = LayerPixels::Present);
 
 // All parameters at the command's moment, by index, with their present names: what panel commands get.
 class ParameterArray {
 public:
-    explicit ParameterArray(CommandContext& context);
+    explicit ParameterArray(CommandContext& context, LayerPixels pixels = LayerPixels::Present);
 
     PF_ParamDef** data() { return mPointers.data(); }
 

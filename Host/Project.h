@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -105,6 +106,7 @@ struct Project {
     std::map<int, ParameterTrack> parameters;       // by parameter index; the others keep the registered default
     std::map<std::int32_t, std::string> slotNames;  // by disk id
     std::string script;
+    std::filesystem::path scriptFile;  // where the script was read from; empty when its text stands in the scene
 };
 
 }  // namespace TessavoyHost

@@ -125,6 +125,12 @@ void SequencePool::give(const Copy& copy) {
         dispose(copy.handle);
 }
 
+void SequencePool::drop(const Copy& copy) {
+    const std::lock_guard lock(mMutex);
+    if (copy.version != sharedOriginal)
+        dispose(copy.handle);
+}
+
 void SequencePool::dispose(PF_Handle handle) {
     if (handle != nullptr)
         SequenceCommand(mInstance, PF_Cmd_SEQUENCE_SETDOWN, handle);

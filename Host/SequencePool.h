@@ -46,20 +46,24 @@ public:
     class Lease {
     public:
         explicit Lease(SequencePool& pool) : mPool(pool), mCopy(pool.take()) {}
-        ~Lease() { mPool.give(mCopy); }
+        ~Lease() { mDiscarded ? mPool.drop(mCopy) : mPool.give(mCopy); }
         Lease(const Lease&) = delete;
         Lease& operator=(const Lease&) = delete;
 
         PF_Handle handle() const { return mCopy.handle; }
+        // A copy goes with the lease; data that the module doesn't change stays as it is.
+        void discard() { mDiscarded = true; }
 
     private:
         SequencePool& mPool;
         const Copy mCopy;
+        bool mDiscarded = false;
     };
 
 private:
     Copy take();
     void give(const Copy& copy);
+    void drop(const Copy& copy);
     bool rendersNeedCopies() const;
     PF_Handle unflattened(const std::vector<std::byte>& flat);
     void dispose(PF_Handle handle);

@@ -294,6 +294,11 @@ bool hasScriptError(const SequenceData& record) {
     return !record.scriptError.empty();
 }
 
+std::string scriptErrorOf(const SequenceData& record) {
+    const std::lock_guard lock(scriptErrorMutex());
+    return record.scriptError;
+}
+
 bool recordScriptError(SequenceData& record, std::string text) {
     const std::lock_guard lock(scriptErrorMutex());
     if (!record.scriptError.empty()) {

@@ -67,6 +67,9 @@ private:
 /// Whether a script failure is on record. Safe against `recordScriptError` on another render thread.
 bool hasScriptError(const SequenceData& record);
 
+/// The script failure on record, empty for none. Safe as hasScriptError.
+std::string scriptErrorOf(const SequenceData& record);
+
 /// Keeps `text` as the script's failure unless one is on record already; whether it was kept. Safe on render threads
 /// that share the record.
 bool recordScriptError(SequenceData& record, std::string text);

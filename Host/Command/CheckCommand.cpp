@@ -5,6 +5,8 @@
 
 #include "Host/Command/ExitGuard.h"
 #include "Host/Command/LoadedModule.h"
+#include "Host/Command/ScriptMessages.h"
+#include "Host/Command/StandardError.h"
 #include "Host/Scene/Files.h"
 #include "Host/Scene/SceneFile.h"
 
@@ -27,6 +29,12 @@ ExitStatus checkScene(const std::filesystem::path& scene, const std::filesystem:
     return decideStatus([&] {
         const Project project = readScene(text, module.table(), {}, imageFileAccess());
         instance = module.host().createInstance(project);
+        if (const auto problem = scriptProblem(*instance, module.table(), scriptSourceOf(project, scene))) {
+            throw HostError(ExitStatus::Scene, *problem);
+        }
+        for (const auto& broken : instance->host().broken()) {
+            writeStandardError("tessavoy: the module: " + broken + '\n');
+        }
         output.write(allRight(scene, *instance));
         return ExitStatus::Success;
     });

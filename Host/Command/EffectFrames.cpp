@@ -15,7 +15,8 @@ EffectFrames::EffectFrames(EffectInstance& instance, const RenderOptions& option
       mDepth(depth),
       mSize(size),
       mOutput(output),
-      mSoftware(instance.host().description().name + ' ' + versionInWords(instance.host().description().version)) {}
+      mSoftware(instance.host().description().name + ' ' + versionInWords(instance.host().description().version)),
+      mScript(scriptSourceOf(instance.project(), options.scene)) {}
 
 bool EffectFrames::isThere(int frame) {
     if (mOptions.existing != ExistingFiles::Skip || mOptions.output->isStandardOutput()) {
@@ -46,6 +47,7 @@ RenderedFrame EffectFrames::render(int frame, const std::atomic<bool>& cancel) {
     request.downsampleY = mOptions.downsampleY;
     request.region = mOptions.region;
     request.cancel = &cancel;
+    request.renewAfterMessage = mOptions.strict;
     FrameResult result = mInstance.renderFrame(request);
 
     RenderedFrame rendered;
@@ -55,7 +57,7 @@ RenderedFrame EffectFrames::render(int frame, const std::atomic<bool>& cancel) {
         return rendered;
     }
     if (!result.message.empty()) {
-        rendered.messages.push_back(result.message);
+        rendered.messages.push_back(inUsersLines(result.message, mScript));
     }
     rendered.write = [this, frame, world = std::make_shared<World>(std::move(result.output))] { write(frame, *world); };
     return rendered;

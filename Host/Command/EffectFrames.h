@@ -6,6 +6,7 @@
 #include "Host/Command/OutputChannel.h"
 #include "Host/Command/RenderOptions.h"
 #include "Host/Command/RenderRun.h"
+#include "Host/Command/ScriptMessages.h"
 #include "Host/EffectInstance.h"
 
 namespace TessavoyHost {
@@ -30,6 +31,7 @@ private:
     const ImageSize mSize;
     OutputChannel& mOutput;
     const std::string mSoftware;  // name and version, for the files
+    const ScriptSource mScript;   // whose lines messages name
 };
 
 }  // namespace TessavoyHost

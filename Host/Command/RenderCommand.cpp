@@ -13,6 +13,7 @@
 #include "Host/Command/ProgressStreams.h"
 #include "Host/Command/RenderRun.h"
 #include "Host/Command/RunReporter.h"
+#include "Host/Command/ScriptMessages.h"
 
 namespace TessavoyHost {
 namespace {
@@ -62,6 +63,18 @@ RunSettings settingsFor(const RenderOptions& options, const std::vector<int>& fr
     return settings;
 }
 
+// A script that doesn't compile is told once; the frames are rendered without it, unless that is not wanted.
+void tellScriptProblem(const RenderOptions& options, const ParameterTable& table, EffectInstance& instance,
+                       RunReporter& reporter) {
+    const auto problem = scriptProblem(instance, table, scriptSourceOf(instance.project(), options.scene));
+    if (problem && options.strict) {
+        throw HostError(ExitStatus::Scene, *problem);
+    }
+    if (problem) {
+        reporter.note(*problem + "; the frames are rendered without the script");
+    }
+}
+
 [[noreturn]] void endProcess(ExitStatus status) {
     std::_Exit(static_cast<int>(status));
 }
@@ -83,10 +96,11 @@ Job prepare(const RenderOptions& options, const SceneText& scene, const Paramete
     return job;
 }
 
-ExitStatus renderFrames(const RenderOptions& options, const Job& job, EffectInstance& instance, OutputChannel& output,
-                        ProgressStreams& streams) {
+ExitStatus renderFrames(const RenderOptions& options, const Job& job, const ParameterTable& table,
+                        EffectInstance& instance, OutputChannel& output, ProgressStreams& streams) {
     const auto progress = streams.makeProgress();
     RunReporter reporter(static_cast<int>(job.frames.size()), *progress);
+    tellScriptProblem(options, table, instance, reporter);
     for (const auto& broken : instance.host().broken()) {
         reporter.note("the module: " + broken);
     }
@@ -107,7 +121,7 @@ ExitStatus renderScene(const RenderOptions& options, OutputChannel& output) {
     return decideStatus([&] {
         const Job job = prepare(options, scene, module.table(), output);
         instance = module.host().createInstance(job.project);
-        return renderFrames(options, job, *instance, output, streams);
+        return renderFrames(options, job, module.table(), *instance, output, streams);
     });
 }
 

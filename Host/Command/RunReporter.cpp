@@ -1,6 +1,7 @@
 #include "Host/Command/RunReporter.h"
 
 #include "Host/Command/FrameList.h"
+#include "Host/Command/ScriptMessages.h"
 
 namespace TessavoyHost {
 
@@ -21,10 +22,13 @@ void RunReporter::message(int frame, const std::string& text) {
     if (mFinished) {
         return;
     }
-    auto& frames = mFrames[text];
+    const bool isOfScript = isScriptFailure(text);
+    auto& frames = isOfScript ? mScriptFailures : mFrames[text];
     frames.push_back(frame);
     if (frames.size() == 1) {
-        mTexts.push_back(text);
+        if (!isOfScript) {
+            mTexts.push_back(text);
+        }
         mProgress.message("frame " + std::to_string(frame) + ": " + text, frame);
     }
 }
@@ -56,6 +60,11 @@ std::vector<std::string> RunReporter::repetitions() const {
             lines.push_back("frames " + framesInWords(later) + " said what frame " + std::to_string(frames.front()) +
                             " said: " + text);
         }
+    }
+    if (!mScriptFailures.empty()) {
+        lines.push_back("the script failed in frame" + std::string(mScriptFailures.size() > 1 ? "s " : " ") +
+                        framesInWords(mScriptFailures) +
+                        "; frames rendered after that may lack it (--strict makes frames fail instead)");
     }
     return lines;
 }

@@ -22,7 +22,7 @@ public:
     // A frame ends once; what is said of its end later is ignored.
     void frameEnded(const FrameReport& report);
     // What the effect said during a frame. A text that came before is told once more only at the end, with all its
-    // frames.
+    // frames; so is a failure of the script, though its text differs from frame to frame.
     void message(int frame, const std::string& text);
     // About the run as a whole.
     void note(const std::string& line);
@@ -39,6 +39,7 @@ private:
     Progress& mProgress;
     std::vector<std::string> mTexts;                  // in the order in which they came
     std::map<std::string, std::vector<int>> mFrames;  // that gave a text
+    std::vector<int> mScriptFailures;                 // frames in which the script failed
     std::set<int> mEnded;
     bool mFinished = false;
 };

@@ -106,7 +106,7 @@ void readNames(const JsonNode& node, const ParameterTable& table, Project& proje
     }
 }
 
-std::string readScript(const JsonObject& effect, const std::filesystem::path& folder, SceneScript use) {
+void readScript(const JsonObject& effect, const std::filesystem::path& folder, SceneScript use, Project& project) {
     const auto fileNode = effect.find("script");
     const auto textNode = effect.find("scriptText");
     if (fileNode && textNode) {
@@ -117,18 +117,20 @@ std::string readScript(const JsonObject& effect, const std::filesystem::path& fo
         if (text && text->find('\0') != std::string::npos) {
             textNode->problem("must not hold a zero byte");
         }
-        return text.value_or("");
+        project.script = text.value_or("");
+        return;
     }
     const auto fileName = fileNode ? fileNode->name() : std::nullopt;
     if (!fileName || use == SceneScript::Replaced) {
-        return {};
+        return;
     }
     std::string problem;
-    auto script = readScriptFile(folder / pathFromUtf8(*fileName), problem);
+    project.scriptFile = folder / pathFromUtf8(*fileName);
+    auto script = readScriptFile(project.scriptFile, problem);
     if (!script) {
         fileNode->problem(problem);
     }
-    return script.value_or("");
+    project.script = script.value_or("");
 }
 
 }  // namespace
@@ -174,7 +176,7 @@ void readEffect(const JsonNode& node, const std::filesystem::path& folder, const
     if (const auto slotNames = effect.find("names")) {
         readNames(*slotNames, table, project);
     }
-    project.script = readScript(effect, folder, script);
+    readScript(effect, folder, script, project);
     if (const auto saved = effect.find("project")) {
         saved->problem("this version can't read saved projects yet");
     }

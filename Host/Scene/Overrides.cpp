@@ -55,6 +55,7 @@ public:
         auto script = readScriptFile(file, problem);
         if (script) {
             mProject.script = std::move(*script);
+            mProject.scriptFile = file;
         } else {
             mProblems.add(Place("--script"), problem);
         }

@@ -26,7 +26,8 @@ const std::array directory = {
     entry(advAppSuite),      entry(utilitySuite7),      entry(utilitySuite11),    entry(memorySuite),
     entry(interfaceSuite),   entry(effectSuite),        entry(streamSuite7),      entry(streamSuite9),
     entry(streamSuite10),    entry(dynamicStreamSuite), entry(layerSuite11),      entry(layerSuite14),
-    entry(compositionSuite), entry(itemSuite),
+    entry(compositionSuite), entry(itemSuite),          entry(customUiSuite),     entry(drawbotSuite),
+    entry(supplierSuite),    entry(surfaceSuite),       entry(drawbotPathSuite),
 };
 
 const Entry* find(std::string_view name, A_long version) {

@@ -33,5 +33,10 @@ extern const AEGP_LayerSuite5 layerSuite11;
 extern const AEGP_LayerSuite8 layerSuite14;
 extern const AEGP_CompSuite4 compositionSuite;
 extern const AEGP_ItemSuite6 itemSuite;
+extern const PF_EffectCustomUISuite1 customUiSuite;
+extern const DRAWBOT_DrawbotSuite1 drawbotSuite;
+extern const DRAWBOT_SupplierSuite1 supplierSuite;
+extern const DRAWBOT_SurfaceSuite1 surfaceSuite;
+extern const DRAWBOT_PathSuite1 drawbotPathSuite;
 
 }  // namespace TessavoyHost

@@ -3,6 +3,7 @@
 #include "HostInterface/Constants.h"
 #include "Source/Editors/GradientParameter.h"
 #include "Source/Editors/RampParameter.h"
+#include "Source/Editors/ScriptControl.h"
 #include "Source/HostAccess/Exception.h"
 #include "Source/HostAccess/SuiteHandler.h"
 #include "Source/Parameter/ArbitraryKind.h"
@@ -16,6 +17,7 @@
 #include "Source/Shell/SmartRender.h"
 
 #include <cstdint>
+#include <unordered_set>
 
 namespace Tessavoy {
 
@@ -46,6 +48,25 @@ PF_Err arbitraryCallback(PF_InData* inData, PF_OutData* outData, PF_ArbParamsExt
     }
 }
 
+/// Which control an event goes to: the parameters that it draws, and what handles it.
+struct ControlEvents {
+    const std::unordered_set<A_long>& (*parameters)();
+    PF_Err (*handle)(PF_InData*, PF_OutData*, PF_ParamDef*[], PF_EventExtra*);
+};
+
+constexpr ControlEvents controlEvents[] = {{scriptParamIds, HandleScriptEvent}};
+
+/// The sets are tested one after the other; no parameter is in two of them.
+PF_Err panelEvent(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[], PF_EventExtra* extra) {
+    PF_Err result = PF_Err_NONE;
+    for (const ControlEvents& control : controlEvents) {
+        if (control.parameters().contains(extra->effect_win.index)) {
+            result = control.handle(inData, outData, params, extra);
+        }
+    }
+    return result;
+}
+
 using SequenceCommand = PF_Err (*)(PF_InData*, PF_OutData*);
 
 /// The sequence commands have a scope of their own: an Exception counts as anything else here.
@@ -59,7 +80,7 @@ PF_Err runSequenceCommand(SequenceCommand command, PF_InData* inData, PF_OutData
     }
 }
 
-PF_Err dispatch(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, void* extra) {
+PF_Err dispatch(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[], void* extra) {
     switch (cmd) {
         case PF_Cmd_ABOUT:
             return about(inData, outData);
@@ -79,6 +100,8 @@ PF_Err dispatch(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, void* extra)
             return runSequenceCommand(SequenceSetdown, inData, outData);
         case PF_Cmd_GET_FLATTENED_SEQUENCE_DATA:
             return runSequenceCommand(SequenceGetFlattened, inData, outData);
+        case PF_Cmd_EVENT:
+            return panelEvent(inData, outData, params, static_cast<PF_EventExtra*>(extra));
         case PF_Cmd_ARBITRARY_CALLBACK:
             return arbitraryCallback(inData, outData, static_cast<PF_ArbParamsExtra*>(extra));
         case PF_Cmd_SMART_PRE_RENDER:
@@ -101,10 +124,11 @@ void makeParameterSets() {
 
 }  // namespace Tessavoy
 
-PF_Err EffectMain(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDef*[], PF_LayerDef*, void* extra) {
+PF_Err EffectMain(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[], PF_LayerDef*,
+                  void* extra) {
     try {
         Tessavoy::makeParameterSets();
-        return Tessavoy::dispatch(cmd, inData, outData, extra);
+        return Tessavoy::dispatch(cmd, inData, outData, params, extra);
     } catch (const Tessavoy::Exception& exception) {
         if (*exception.what() != '\0') {
             Tessavoy::reportMessage(outData, exception.what());

@@ -118,6 +118,9 @@ PF_ParamDef definitionOf(PF_InData* inData, int index) {
         return made;
     }
     PF_ParamDef made = definition(PF_Param_ARBITRARY_DATA, "Data", index);
+    made.ui_flags = PF_PUI_CONTROL;
+    made.ui_width = 120;
+    made.ui_height = 40;
     made.u.arb_d.refconPV = std::bit_cast<void*>(dataReference);
     made.u.arb_d.dephault = newData(inData, 7);
     return made;
@@ -238,6 +241,9 @@ PF_Err effectMain(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDe
             return renderCommand(cmd, inData, outData, extra);
         case PF_Cmd_USER_CHANGED_PARAM:
             return hooks().userChangedParam ? hooks().userChangedParam(inData, outData, params, extra) : PF_Err_NONE;
+        case PF_Cmd_EVENT:
+            return hooks().event ? hooks().event(inData, outData, params, static_cast<PF_EventExtra*>(extra))
+                                 : PF_Err_NONE;
         default:
             return PF_Err_NONE;
     }

@@ -5,6 +5,7 @@
 
 #include "Host/ModuleLoader.h"
 #include "HostInterface/Effect.h"
+#include "HostInterface/Events.h"
 #include "HostInterface/SuiteIdentity.h"
 
 namespace FakeEffect {
@@ -22,7 +23,7 @@ enum Index {
     Point3D,      // default 0, 100 %, 0
     Layer,
     Path,
-    Data,  // one double, default 7; blends
+    Data,  // one double, default 7; blends; drawn by the effect in 120 by 40 pixels
     GroupStart,
     Button,
     GroupEnd,
@@ -44,6 +45,7 @@ struct Hooks {
     std::function<PF_Err(PF_InData*, PF_OutData*, PF_PreRenderExtra*)> preRender;
     std::function<PF_Err(PF_InData*, PF_OutData*, PF_SmartRenderExtra*)> render;
     std::function<PF_Err(PF_InData*, PF_OutData*, PF_ParamDef**, void*)> userChangedParam;
+    std::function<PF_Err(PF_InData*, PF_OutData*, PF_ParamDef**, PF_EventExtra*)> event;
     A_long outFlags = 0;
     A_long outFlags2 = PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA;
 };

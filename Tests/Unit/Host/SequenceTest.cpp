@@ -97,6 +97,32 @@ TEST_F(HostSequence, IsCopiedForRendersOnlyWhenTheModuleChangesIt) {
     }
 }
 
+// What a module notes in a copy concerns later frames only as long as the copy is used.
+TEST_F(HostSequence, IsMadeAfreshAfterAMessageWhereThatIsWanted) {
+    FakeEffect::hooks().outFlags2 |= PF_OutFlag2_MUTABLE_RENDER_SEQUENCE_DATA_SLOWER;
+    Project project = FakeProject::project();
+    project.script = "x=1";
+    EffectHost host(FakeEffect::entryPoints());
+    const auto instance = host.createInstance(project);
+    std::vector<char> seen;
+    FakeEffect::hooks().render = [&](PF_InData* in, PF_OutData* out, PF_SmartRenderExtra* extra) {
+        char& mark = static_cast<char*>(*in->sequence_data)[1];
+        seen.push_back(mark);
+        mark = 'm';
+        out->return_msg[0] = 'm';
+        return FakeEffect::usualRender(in, extra);
+    };
+    FrameRequest request;
+    request.renewAfterMessage = true;
+    instance->renderFrame(request);
+    instance->renderFrame(request);
+    EXPECT_THAT(seen, testing::ElementsAre('G', 'G')) << "the first letter of the saved form";
+    instance->renderFrame({});
+    instance->renderFrame({});
+    EXPECT_THAT(seen, testing::ElementsAre('G', 'G', 'G', 'm'));
+    EXPECT_THAT(host.broken(), testing::IsEmpty());
+}
+
 TEST_F(HostSequence, FailureAtLoadKeepsNothing) {
     EffectHost host(FakeEffect::entryPoints());
     Project project = FakeProject::project();

@@ -1,6 +1,8 @@
 #include "Source/Shell/EffectMain.h"
 
 #include "HostInterface/Constants.h"
+#include "HostInterface/Events.h"
+#include "Source/Parameter/Catalogue.h"
 #include "Source/Shell/PreRender.h"
 
 #include <gtest/gtest.h>
@@ -60,6 +62,20 @@ TEST(EffectMain, ReferenceValuesSpellTheKinds) {
     EXPECT_EQ(numberOf("GRADIENT"), gradient);
     EXPECT_EQ(numberOf("TPIRCS"), script);
     EXPECT_EQ(numberOf(std::string("\0\0\0PMAR", 7)), ramp);
+}
+
+// Panel events go by the control's parameter. No record is there to be touched.
+TEST(EffectMain, EventsOfOtherControlsAndClicksOnTheScriptAreAnsweredWith0) {
+    PF_EventExtra extra{};
+    extra.e_type = PF_Event_DRAW;
+    for (const A_long index : {-1, 0, 1, 996, 5000}) {
+        extra.effect_win.index = index;
+        EXPECT_EQ(EffectMain(PF_Cmd_EVENT, nullptr, nullptr, nullptr, nullptr, &extra), 0) << "parameter " << index;
+    }
+    extra.e_type = PF_Event_DO_CLICK;
+    extra.effect_win.index = parameterIndex("Script");
+    EXPECT_EQ(EffectMain(PF_Cmd_EVENT, nullptr, nullptr, nullptr, nullptr, &extra), 0);
+    EXPECT_EQ(extra.evt_out_flags, 0);
 }
 
 struct Described {
