@@ -1,5 +1,7 @@
 #include "Source/Matrix.h"
 
+#include "Source/MatrixColumns.h"
+
 #include <cmath>
 
 namespace Tessavoy {
@@ -12,20 +14,6 @@ Matrix Matrix::diagonal(float x, float y, float z, float w) {
     return {{x, 0, 0, 0, 0, y, 0, 0, 0, 0, z, 0, 0, 0, 0, w}};
 }
 
-void Matrix::translate(float x, float y, float z) {
-    for (std::size_t row = 0; row < 4; ++row) {
-        m[12 + row] = m[row] * x + m[4 + row] * y + m[8 + row] * z + m[12 + row];
-    }
-}
-
-void Matrix::scale(float x, float y, float z) {
-    for (std::size_t row = 0; row < 4; ++row) {
-        m[row] *= x;
-        m[4 + row] *= y;
-        m[8 + row] *= z;
-    }
-}
-
 SineCosine sineCosineOfDegrees(double degrees) {
     constexpr double pi = 3.141592653589793;
     const float radians = static_cast<float>(degrees * pi / 180.0);
@@ -34,29 +22,34 @@ SineCosine sineCosineOfDegrees(double degrees) {
 
 namespace {
 
-/// Replaces two columns by their rotation: first = first * c + second * s, second = second * c - first * s.
-void rotateColumns(Matrix& matrix, std::size_t first, std::size_t second, double degrees) {
-    const auto [s, c] = sineCosineOfDegrees(degrees);
-    for (std::size_t row = 0; row < 4; ++row) {
-        const float a = matrix.m[first + row];
-        const float b = matrix.m[second + row];
-        matrix.m[first + row] = a * c + b * s;
-        matrix.m[second + row] = a * -s + b * c;
-    }
+/// Takes one step: a call of one of the columns' own.
+template <class Step>
+void stepColumns(Matrix& matrix, const Step& step) {
+    MatrixColumns columns(matrix);
+    step(columns);
+    columns.store(matrix);
 }
 
 }  // namespace
 
+void Matrix::translate(float x, float y, float z) {
+    stepColumns(*this, [=](MatrixColumns& columns) { columns.translate(x, y, z); });
+}
+
+void Matrix::scale(float x, float y, float z) {
+    stepColumns(*this, [=](MatrixColumns& columns) { columns.scale(x, y, z); });
+}
+
 void Matrix::rotateX(double degrees) {
-    rotateColumns(*this, 4, 8, degrees);
+    stepColumns(*this, [=](MatrixColumns& columns) { columns.rotateX(degrees); });
 }
 
 void Matrix::rotateY(double degrees) {
-    rotateColumns(*this, 8, 0, degrees);
+    stepColumns(*this, [=](MatrixColumns& columns) { columns.rotateY(degrees); });
 }
 
 void Matrix::rotateZ(double degrees) {
-    rotateColumns(*this, 0, 4, degrees);
+    stepColumns(*this, [=](MatrixColumns& columns) { columns.rotateZ(degrees); });
 }
 
 Matrix multiply(const Matrix& left, const Matrix& right) {

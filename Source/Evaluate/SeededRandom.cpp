@@ -4,7 +4,6 @@
 #include "Source/Evaluate/TwisterConstants.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace Tessavoy {
 
@@ -94,18 +93,6 @@ void seededRandomCells(std::uint32_t w1, const std::uint32_t* w2, const std::uin
     const int done = lanes == VectorLanes::Avx2 ? seededRandomCellsAvx2(w1, w2, w3, count, out) : 0;
     for (int k = done; k < count; ++k) {
         out[k] = seededRandom(w1, w2[k], w3[k]);
-    }
-}
-
-void seededRandomRow(std::uint32_t w1, std::uint32_t firstColumn, std::uint32_t row, int count, double* out,
-                     VectorLanes lanes) {
-    constexpr int chunk = 64;
-    std::array<std::uint32_t, chunk> columns;
-    std::array<std::uint32_t, chunk> rows;
-    rows.fill(row);
-    for (int done = 0; done < count; done += chunk) {
-        std::iota(columns.begin(), columns.end(), firstColumn + static_cast<std::uint32_t>(done));
-        seededRandomCells(w1, columns.data(), rows.data(), std::min(chunk, count - done), out + done, lanes);
     }
 }
 

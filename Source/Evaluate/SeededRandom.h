@@ -19,10 +19,6 @@ double seededRandom(std::uint32_t w1, std::uint32_t w2, std::uint32_t w3);
 void seededRandomCells(std::uint32_t w1, const std::uint32_t* w2, const std::uint32_t* w3, int count, double* out,
                        VectorLanes lanes = widestLanes());
 
-/// The same for neighbouring cells of one row: seededRandom(w1, firstColumn + k, row); columns wrap at 2^32.
-void seededRandomRow(std::uint32_t w1, std::uint32_t firstColumn, std::uint32_t row, int count, double* out,
-                     VectorLanes lanes = widestLanes());
-
 /// The state that the seed sequence of the three words fills, without the generator's own rule for a state of zeros.
 void fillTwisterState(std::uint32_t w1, std::uint32_t w2, std::uint32_t w3, TwisterState& state);
 

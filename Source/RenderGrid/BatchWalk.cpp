@@ -167,7 +167,7 @@ DrawOrder drawOrderOf(const GridInstances& instances) {
     return DrawOrder(evaluator.sortsByZ(), evaluator.CountX(), evaluator.CountY(), instances.cells().data());
 }
 
-void MeasureZBounds(GridEvaluator& evaluator, ZBounds& bounds) {
+void measureDepths(GridEvaluator& evaluator, ZBounds& bounds) {
     const GridInstances instances(evaluator);
     DrawOrder order = drawOrderOf(instances);
     ZBoundsSink sink(evaluator.inData(), evaluator.place().downsampleX, bounds);

@@ -77,7 +77,7 @@ private:
 
 /// Evaluates and emits a frame without drawing it, and measures the depths of its vertices; the bounds stay as they are
 /// when the frame has none.
-void MeasureZBounds(GridEvaluator& evaluator, ZBounds& bounds);
+void measureDepths(GridEvaluator& evaluator, ZBounds& bounds);
 
 /// The order that a frame's parameters ask for.
 DrawOrder drawOrderOf(const GridInstances& instances);

@@ -48,7 +48,8 @@ CellEvaluation::CellEvaluation(const ParameterSnapshot& snapshot, const FrameCho
     mOffsetY = offset(snapshot.InstanceOffsetY);
     mOffsetZ = offset(snapshot.InstanceOffsetZ);
     mPrototype.z = 0.0F + mOffsetZ.value;
-    takePlainFields(snapshot);
+    takePlainFields();
+    takeScales();
     takeRadiusAndParts();
     takeStroke();
     takeFeather();
@@ -56,19 +57,22 @@ CellEvaluation::CellEvaluation(const ParameterSnapshot& snapshot, const FrameCho
     takeFrameIndex();
 }
 
-void CellEvaluation::takePlainFields(const ParameterSnapshot& snapshot) {
-    takePlainField({&snapshot.ShapeAnchorX, &InstanceState::anchorX, true});
-    takePlainField({&snapshot.ShapeAnchorY, &InstanceState::anchorY, true});
-    takePlainField({&snapshot.InstanceRotation3DX, &InstanceState::angleX, false});
-    takePlainField({&snapshot.InstanceRotation3DY, &InstanceState::angleY, false});
-    takePlainField({&snapshot.InstanceRotation, &InstanceState::angle, false});
-    mMatrixFieldsVary = !mVaryingFields.empty();
-    takePlainField({&snapshot.ShapeScaleX, &InstanceState::scaleX, true});
-    if (!snapshot.ShapeUniformScaling) {
-        takePlainField({&snapshot.ShapeScaleY, &InstanceState::scaleY, true});
+void CellEvaluation::takePlainFields() {
+    takePlainField({&mSnapshot.ShapeAnchorX, &InstanceState::anchorX, true, true});
+    takePlainField({&mSnapshot.ShapeAnchorY, &InstanceState::anchorY, true, true});
+    takePlainField({&mSnapshot.InstanceRotation3DX, &InstanceState::angleX, false, true});
+    takePlainField({&mSnapshot.InstanceRotation3DY, &InstanceState::angleY, false, true});
+    takePlainField({&mSnapshot.InstanceRotation, &InstanceState::angle, false, true});
+}
+
+void CellEvaluation::takeScales() {
+    takePlainField({&mSnapshot.ShapeScaleX, &InstanceState::scaleX, true, false});
+    if (mSnapshot.ShapeUniformScaling) {
+        mPrototype.scaleY = mPrototype.scaleX;
+        mScaleYFollows = !mSnapshot.ShapeScaleX.isConstant();
+    } else {
+        takePlainField({&mSnapshot.ShapeScaleY, &InstanceState::scaleY, true, false});
     }
-    mPrototype.scaleY = snapshot.ShapeUniformScaling ? mPrototype.scaleX : mPrototype.scaleY;
-    mScaleYFollows = snapshot.ShapeUniformScaling && !snapshot.ShapeScaleX.isConstant();
 }
 
 void CellEvaluation::takePlainField(const PlainField& field) {
@@ -77,6 +81,7 @@ void CellEvaluation::takePlainField(const PlainField& field) {
         mPrototype.*field.field = static_cast<float>(constantOf(*field.property)) * factor;
     } else {
         mVaryingFields.push_back(field);
+        mMatrixFieldsVary = mMatrixFieldsVary || field.inMatrix;
     }
 }
 

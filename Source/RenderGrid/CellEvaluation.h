@@ -44,6 +44,7 @@ private:
         const PropertyEvaluator* property;
         float InstanceState::*field;
         bool inPercent;
+        bool inMatrix;  ///< it takes part in the cell's matrix
     };
     /// A property that moves the cell.
     struct OffsetField {
@@ -52,7 +53,8 @@ private:
         float value;  ///< when constant
     };
 
-    void takePlainFields(const ParameterSnapshot& snapshot);
+    void takePlainFields();
+    void takeScales();
     void takePlainField(const PlainField& field);
     void takeRadiusAndParts();
     void takeStroke();

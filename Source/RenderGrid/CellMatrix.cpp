@@ -1,6 +1,6 @@
 #include "Source/RenderGrid/CellMatrix.h"
 
-#include "Source/RenderGrid/FloatQuad.h"
+#include "Source/MatrixColumns.h"
 
 namespace Tessavoy {
 
@@ -39,95 +39,55 @@ CellMatrix::CellMatrix(const ParameterSnapshot& snapshot, const Matrix& gridMatr
 
 namespace {
 
-/// A matrix whose columns are held in registers. The steps are those of Matrix, to the bit.
-struct Columns {
-    explicit Columns(const Matrix& matrix)
-        : across(FloatQuad::load(&matrix.m[0])),
-          down(FloatQuad::load(&matrix.m[4])),
-          inward(FloatQuad::load(&matrix.m[8])),
-          origin(FloatQuad::load(&matrix.m[12])) {}
-
-    void store(Matrix& matrix) const {
-        across.store(&matrix.m[0]);
-        down.store(&matrix.m[4]);
-        inward.store(&matrix.m[8]);
-        origin.store(&matrix.m[12]);
-    }
-
-    /// The way of a translation, before it is added to the origin.
-    FloatQuad way(float x, float y, float z) const {
-        return across * FloatQuad::all(x) + down * FloatQuad::all(y) + inward * FloatQuad::all(z);
-    }
-
-    void translate(float x, float y, float z) { origin = way(x, y, z) + origin; }
-
-    void scaleFlat(float factor) {
-        across = across * FloatQuad::all(factor);
-        down = down * FloatQuad::all(factor);
-    }
-
-    static void rotate(FloatQuad& first, FloatQuad& second, float degrees) {
-        const auto [sine, cosine] = sineCosineOfDegrees(degrees);
-        const FloatQuad a = first;
-        first = a * FloatQuad::all(cosine) + second * FloatQuad::all(sine);
-        second = a * FloatQuad::all(-sine) + second * FloatQuad::all(cosine);
-    }
-
-    FloatQuad across;
-    FloatQuad down;
-    FloatQuad inward;
-    FloatQuad origin;
-};
-
 /// The grid's matrix with a cell's place and rotations, and its radius as scale.
-Columns turnedCell(const Matrix& gridMatrix, const InstanceState& cell, float depth, bool inSpace) {
-    Columns columns(gridMatrix);
+MatrixColumns turnedCell(const Matrix& gridMatrix, const InstanceState& cell, float depth, bool inSpace) {
+    MatrixColumns columns(gridMatrix);
     columns.translate(cell.x, cell.y, depth);
     if (cell.angle != 0.0F) {
-        Columns::rotate(columns.across, columns.down, cell.angle);
+        columns.rotateZ(cell.angle);
     }
     if (inSpace && cell.angleY != 0.0F) {
-        Columns::rotate(columns.inward, columns.across, cell.angleY);
+        columns.rotateY(cell.angleY);
     }
     if (inSpace && cell.angleX != 0.0F) {
-        Columns::rotate(columns.down, columns.inward, cell.angleX);
+        columns.rotateX(cell.angleX);
     }
-    columns.scaleFlat(cell.radius);
+    columns.scale(cell.radius, cell.radius, 1.0F);
     return columns;
 }
 
 /// The same shape facing the screen: only its rotation in the plane and its radius count.
-Columns facingScreen(const Matrix& screenScale, const InstanceState& cell) {
-    Columns columns(screenScale);
+MatrixColumns facingScreen(const Matrix& screenScale, const InstanceState& cell) {
+    MatrixColumns columns(screenScale);
     if (cell.angle != 0.0F) {
-        Columns::rotate(columns.across, columns.down, cell.angle);
+        columns.rotateZ(cell.angle);
     }
-    columns.scaleFlat(cell.radius);
+    columns.scale(cell.radius, cell.radius, 1.0F);
     return columns;
 }
 
 }  // namespace
 
 void CellMatrix::build(InstanceState& cell) const {
-    Columns columns = turnedCell(mGridMatrix, cell, depthOf(cell), mUseCompCamera);
+    MatrixColumns columns = turnedCell(mGridMatrix, cell, depthOf(cell), mUseCompCamera);
     columns.translate(cell.anchorX, cell.anchorY, 0.0F);
     if (!mBillboard) {
         columns.store(cell.matrix);
         return;
     }
-    Columns screen = facingScreen(mScreenScale, cell);
+    MatrixColumns screen = facingScreen(mScreenScale, cell);
     screen.origin = columns.origin;
     screen.store(cell.matrix);
     cell.matrix.m[15] = 1.0F;
 }
 
 void CellMatrix::prepare(const InstanceState& prototype) {
-    const Columns columns = turnedCell(mGridMatrix, prototype, depthOf(prototype), mUseCompCamera);
+    const MatrixColumns columns = turnedCell(mGridMatrix, prototype, depthOf(prototype), mUseCompCamera);
     columns.way(prototype.anchorX, prototype.anchorY, 0.0F).store(mAnchorShift.data());
 }
 
 void CellMatrix::place(InstanceState* cells, int count) const {
-    const Columns grid(mGridMatrix);
+    const MatrixColumns grid(mGridMatrix);
     const FloatQuad anchorShift = FloatQuad::load(mAnchorShift.data());
     for (int k = 0; k < count; ++k) {
         InstanceState& cell = cells[k];

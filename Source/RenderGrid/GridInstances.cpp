@@ -51,14 +51,11 @@ A_long elementIndex(std::int64_t index) {
 
 }  // namespace
 
-/// When all cells have the same number of parts, the records leave the first cache only once, complete; otherwise their
-/// parts can't be laid out before all cells are evaluated.
 GridInstances::GridInstances(GridEvaluator& evaluator)
     : mEvaluator(evaluator),
       mEmission(evaluator.emissionFrame()),
       mCells(evaluator.inData(), evaluator.cellCount()),
-      mParts(evaluator.inData(),
-             evaluator.knownPartsCount() < 0 ? evaluateAll() : evaluator.cellCount() * evaluator.knownPartsCount()) {
+      mParts(evaluator.inData(), partsTotal()) {
     if (evaluator.knownPartsCount() < 0) {
         layOutAll();
     } else {
@@ -67,6 +64,13 @@ GridInstances::GridInstances(GridEvaluator& evaluator)
     if (mPartsOverlap) {
         rebuildOverlapping();
     }
+}
+
+/// When all cells have the same number of parts, the records leave the first cache only once, complete; otherwise their
+/// parts can't be laid out before all cells are evaluated, which is done here.
+std::int64_t GridInstances::partsTotal() {
+    const A_long known = mEvaluator.knownPartsCount();
+    return known < 0 ? evaluateAll() : mEvaluator.cellCount() * known;
 }
 
 /// Evaluates all cells but for their parts, and returns the sum of the numbers of parts as they stand.

@@ -36,6 +36,7 @@ public:
     bool outlinesDependOnCountOnly() const { return mEvaluator.partsDependOnCountOnly() && !mPartsOverlap; }
 
 private:
+    std::int64_t partsTotal();
     std::int64_t evaluateAll();
     void layOutAll();
     void evaluateAndLayOutAll();
@@ -44,12 +45,15 @@ private:
     void rebuildOverlapping();
     void addCount(const InstanceCount& count, std::uint64_t cells);
 
+    // These stand in the order of their making, which partsTotal() relies on: it may evaluate the cells, and the parts
+    // are as many as it says.
     GridEvaluator& mEvaluator;
     EmissionFrame mEmission;
     bool mPartsOverlap = false;  ///< a negative number of parts made runs share elements
-    std::int64_t mNextPart = 0;  ///< where the next cell's run begins
     Container<InstanceState> mCells;
     Container<InstancePart> mParts;
+
+    std::int64_t mNextPart = 0;  ///< where the next cell's run begins
     std::uint64_t mVertexTotal = 0;
     std::uint64_t mIndexTotal = 0;
     bool mHasOversizedCell = false;

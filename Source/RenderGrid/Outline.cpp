@@ -69,9 +69,9 @@ struct Edge {
 
 }  // namespace
 
-OutlineVector mitreOffset(const OutlinePoint& a, const OutlinePoint& b, const OutlinePoint& c) {
-    const Edge before(a, b);
-    const Edge after(b, c);
+OutlineVector mitreOffset(const OutlineCorner& corner) {
+    const Edge before(corner.before, corner.at);
+    const Edge after(corner.at, corner.behind);
     const OutlineVector normalBefore = normalOf(before.direction);
     const OutlineVector normalAfter = normalOf(after.direction);
     if (before.hasDirection != after.hasDirection) {
@@ -83,12 +83,12 @@ OutlineVector mitreOffset(const OutlinePoint& a, const OutlinePoint& b, const Ou
 namespace {
 
 /// Writes one vertex, and its slot when feathered.
-int put(const OutlinePoint& position, const OutlineColour& colour, bool feathered, OutlineVertex* out) {
-    out[0] = {position, colour};
-    if (!feathered) {
+int put(const OutlinePoint& position, const OutlinePen& pen, OutlineVertex* out) {
+    out[0] = {position, pen.colour};
+    if (!pen.feathered) {
         return 1;
     }
-    out[1] = {position, {colour.r, colour.g, colour.b, 0.0F}};
+    out[1] = {position, {pen.colour.r, pen.colour.g, pen.colour.b, 0.0F}};
     return 2;
 }
 
@@ -98,18 +98,17 @@ OutlinePoint shifted(const OutlinePoint& point, const OutlineVector& by) {
 
 }  // namespace
 
-int EmitMitredVertex(const OutlinePoint& a, const OutlinePoint& b, const OutlinePoint& c, const OutlineColour& colour,
-                     double width, MitreSide side, bool feathered, OutlineVertex* out) {
-    if (width == 0.0) {
-        return put(b, colour, feathered, out);
+int EmitMitredVertex(const OutlineCorner& corner, const OutlinePen& pen, MitreSide side, OutlineVertex* out) {
+    if (pen.width == 0.0) {
+        return put(corner.at, pen, out);
     }
-    const OutlineVector half = mitreOffset(a, b, c) * (0.5 * width);
+    const OutlineVector half = mitreOffset(corner) * (0.5 * pen.width);
     int count = 0;
     if (side != MitreSide::Minus) {
-        count += put(shifted(b, half), colour, feathered, out);
+        count += put(shifted(corner.at, half), pen, out);
     }
     if (side != MitreSide::Plus) {
-        count += put(shifted(b, half * -1.0), colour, feathered, out + count);
+        count += put(shifted(corner.at, half * -1.0), pen, out + count);
     }
     return count;
 }
@@ -166,8 +165,11 @@ struct CornerArc {
     double radius;
 };
 
-/// The arc of the wanted radius, or of the radius that touches both sides half the shorter side away from b.
-CornerArc cornerArc(const OutlineVector& a, const OutlineVector& b, const OutlineVector& c, double wanted) {
+/// The arc of the wanted radius, or of the radius that touches both sides half the shorter side away from the corner.
+CornerArc cornerArc(const OutlineCorner& corner, double wanted) {
+    const OutlineVector a = flat(corner.before);
+    const OutlineVector b = flat(corner.at);
+    const OutlineVector c = flat(corner.behind);
     OutlineVector n1 = unitNormal(a, b);
     OutlineVector n2 = unitNormal(b, c);
     if (cross(n1, n2) < 0.0) {
@@ -184,24 +186,25 @@ CornerArc cornerArc(const OutlineVector& a, const OutlineVector& b, const Outlin
 
 }  // namespace
 
-int EmitCorner(const OutlinePoint& a, const OutlinePoint& b, const OutlinePoint& c, const OutlineColour& colour,
-               double roundingRadius, int dots, double strokeWidth, bool feathered, OutlineVertex* out) {
-    if (!(roundingRadius > 0.0)) {
-        return EmitMitredVertex(a, b, c, colour, strokeWidth, MitreSide::Both, feathered, out);
+int EmitCorner(const OutlineCorner& corner, const CornerRounding& rounding, const OutlinePen& pen, OutlineVertex* out) {
+    if (!(rounding.radius > 0.0)) {
+        return EmitMitredVertex(corner, pen, MitreSide::Both, out);
     }
-    const CornerArc arc = cornerArc(flat(a), flat(b), flat(c), roundingRadius);
+    const CornerArc arc = cornerArc(corner, rounding.radius);
     const ArcRotation rotation(arc.n1, arc.n2);
     const auto onArc = [&](const OutlineVector& normal) {
         const OutlineVector point = arc.centre + normal * arc.radius;
-        return OutlinePoint{point.x, point.y, b.z};
+        return OutlinePoint{point.x, point.y, corner.at.z};
     };
-    const int last = std::max(dots, 0) + 1;  // T1 is point 0, T2 the last, and the point behind it is c
+    const int last = std::max(rounding.dots, 0) + 1;  // the first tangent point is point 0, the second the last
     int count = 0;
-    OutlinePoint before = a;
+    OutlinePoint before = corner.before;
     OutlinePoint here = onArc(arc.n1);
     for (int k = 0; k <= last; ++k) {
-        const OutlinePoint after = k == last ? c : k + 1 == last ? onArc(arc.n2) : onArc(rotation.at((k + 1.0) / last));
-        count += EmitMitredVertex(before, here, after, colour, strokeWidth, MitreSide::Both, feathered, out + count);
+        const OutlinePoint after = k == last       ? corner.behind
+                                   : k + 1 == last ? onArc(arc.n2)
+                                                   : onArc(rotation.at((k + 1.0) / last));
+        count += EmitMitredVertex({before, here, after}, pen, MitreSide::Both, out + count);
         before = here;
         here = after;
     }
@@ -216,10 +219,9 @@ void featherRing(OutlineVertex* first, int ringCount, std::ptrdiff_t stride, dou
     for (int k = 0; k < ringCount; ++k) {
         const OutlineVertex& before = *vertex(k == 0 ? ringCount - 1 : k - 1);
         const OutlineVertex& after = *vertex(k + 1 == ringCount ? 0 : k + 1);
-        OutlineColour colour = vertex(k)->colour;
-        colour.a = 0.0F;
-        EmitMitredVertex(before.position, vertex(k)->position, after.position, colour, width, side, false,
-                         vertex(k) + 1);
+        OutlinePen pen{vertex(k)->colour, width, false};
+        pen.colour.a = 0.0F;
+        EmitMitredVertex({before.position, vertex(k)->position, after.position}, pen, side, vertex(k) + 1);
     }
 }
 

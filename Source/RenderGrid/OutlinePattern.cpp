@@ -1,6 +1,6 @@
 #include "Source/RenderGrid/OutlinePattern.h"
 
-#include "Source/RenderGrid/FloatQuad.h"
+#include "Source/FloatQuad.h"
 
 #include <emmintrin.h>
 

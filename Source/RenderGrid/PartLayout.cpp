@@ -76,18 +76,19 @@ InstancePart PartLayout::partOf(int k) const {
     return part;
 }
 
-/// A run holds everything that its cells share; it is made while the properties of cell 0 are those of all cells, or
-/// are not kept.
+/// While the properties are constant, those of cell 0 are those of all cells, and the run is complete.
 void PartLayout::makeRun(Run& run, A_long count) const {
     run.count = count;
     run.directions.resize(static_cast<std::size_t>(count));
-    run.parts.assign(static_cast<std::size_t>(count), partOf(0));
+    run.parts.assign(static_cast<std::size_t>(count), mConstant ? partOf(0) : InstancePart{});
     for (A_long k = 0; k < count; ++k) {
         run.parts[k].angle = angleOf(k, count);
         run.directions[k] = partDirection(run.parts[k].angle);
     }
-    placePartPoints(run.parts.data(), count, run.directions.data());
-    run.points = outlinePointCount(run.parts.data(), count);
+    if (mConstant) {
+        placePartPoints(run.parts.data(), count, run.directions.data());
+        run.points = outlinePointCount(run.parts.data(), count);
+    }
 }
 
 const PartLayout::Run* PartLayout::runOf(A_long count) {

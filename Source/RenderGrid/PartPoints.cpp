@@ -36,25 +36,25 @@ void placeLink(InstancePart& part, const InstancePart& next) {
     }
 }
 
-}  // namespace
-
-void placePartPoints(InstancePart* parts, A_long count, const PartDirection* directions) {
+/// directionOf(k): the direction of part k.
+template <class Directions>
+void placePoints(InstancePart* parts, A_long count, const Directions& directionOf) {
     for (A_long k = 0; k < count; ++k) {
-        placeShelf(parts[k], directions[k]);
+        placeShelf(parts[k], directionOf(k));
     }
     for (A_long k = 0; k < count; ++k) {
         placeLink(parts[k], parts[k + 1 == count ? 0 : k + 1]);
     }
 }
 
+}  // namespace
+
 void BuildPartPoints(InstanceState& cell) {
-    InstancePart* const parts = cell.parts;
-    for (A_long k = 0; k < cell.partsCount; ++k) {
-        placeShelf(parts[k], partDirection(parts[k].angle));
-    }
-    for (A_long k = 0; k < cell.partsCount; ++k) {
-        placeLink(parts[k], parts[k + 1 == cell.partsCount ? 0 : k + 1]);
-    }
+    placePoints(cell.parts, cell.partsCount, [&cell](A_long k) { return partDirection(cell.parts[k].angle); });
+}
+
+void placePartPoints(InstancePart* parts, A_long count, const PartDirection* directions) {
+    placePoints(parts, count, [directions](A_long k) { return directions[k]; });
 }
 
 }  // namespace Tessavoy

@@ -62,17 +62,12 @@ InstanceCount CountInstance(const EmissionFrame& frame, const InstanceState& cel
 
 namespace {
 
-struct Rounding {
-    double radius;
-    int dots;
-};
-
 /// The corners that one part contributes: each lies between the point before it and the point behind it.
 class CornerList {
 public:
     CornerList(const OutlineVector& scale, const ShapePoint& before) : mScale(scale) { addPoint(before); }
 
-    void addCorner(const ShapePoint& point, const Rounding& rounding) {
+    void addCorner(const ShapePoint& point, const CornerRounding& rounding) {
         mRoundings[mCorners++] = rounding;
         addPoint(point);
     }
@@ -80,17 +75,15 @@ public:
     void close(const ShapePoint& behind) { addPoint(behind); }
 
     int count() const { return mCorners; }
-    const OutlinePoint& before(int corner) const { return mPoints[corner]; }
-    const OutlinePoint& at(int corner) const { return mPoints[corner + 1]; }
-    const OutlinePoint& behind(int corner) const { return mPoints[corner + 2]; }
-    const Rounding& rounding(int corner) const { return mRoundings[corner]; }
+    OutlineCorner at(int corner) const { return {mPoints[corner], mPoints[corner + 1], mPoints[corner + 2]}; }
+    const CornerRounding& rounding(int corner) const { return mRoundings[corner]; }
 
 private:
     void addPoint(const ShapePoint& point) { mPoints[mSize++] = {point.x * mScale.x, point.y * mScale.y, 0.0}; }
 
     OutlineVector mScale;
     std::array<OutlinePoint, 5> mPoints;
-    std::array<Rounding, 3> mRoundings;
+    std::array<CornerRounding, 3> mRoundings;
     int mSize = 0;
     int mCorners = 0;
 };
@@ -103,7 +96,7 @@ CornerList cornersOf(const InstanceState& cell, A_long k) {
     const InstancePart& part = cell.parts[k];
     const InstancePart& previous = cell.parts[k == 0 ? cell.partsCount - 1 : k - 1];
     const InstancePart& next = cell.parts[k + 1 == cell.partsCount ? 0 : k + 1];
-    const Rounding rounding{part.roundingRadius, truncated(part.roundingDots)};
+    const CornerRounding rounding{part.roundingRadius, truncated(part.roundingDots)};
 
     // The collapse of the link before is read from this part, not from the one that the link belongs to.
     CornerList corners({cell.scaleX, cell.scaleY},
@@ -146,15 +139,13 @@ void OutlineBuilder::feather(bool stroke, double width, double factorX, double f
 
 void OutlineBuilder::addPart(const InstanceState& cell, A_long k) {
     const OutlineMode mode = outlineMode(cell);
-    const double strokeWidth = mode.stroke ? cell.strokeWidth : 0.0;
+    const OutlinePen pen{colourOf(cell), mode.stroke ? cell.strokeWidth : 0.0, mode.feathered};
     const CornerList corners = cornersOf(cell, k);
     const std::size_t start = mVertices.size();
     mVertices.resize(start + pointCount(cell.parts[k]) * mode.verticesPerPlace());
     OutlineVertex* out = mVertices.data() + start;
     for (int n = 0; n < corners.count(); ++n) {
-        const Rounding& rounding = corners.rounding(n);
-        out += EmitCorner(corners.before(n), corners.at(n), corners.behind(n), colourOf(cell), rounding.radius,
-                          rounding.dots, strokeWidth, mode.feathered, out);
+        out += EmitCorner(corners.at(n), corners.rounding(n), pen, out);
     }
     mVertices.resize(static_cast<std::size_t>(out - mVertices.data()));
 }

@@ -197,7 +197,7 @@ void MeasureZBounds(PF_InData* inData, PF_OutData* outData, ParameterSnapshot& s
     GridScript script(inData, snapshot);
     GridEvaluator evaluator(inData, outData, snapshot, placeOf(inData, drawing), drawing.multiplier16bit, view, atlas,
                             script.usable());
-    MeasureZBounds(evaluator, bounds);
+    measureDepths(evaluator, bounds);
 }
 
 }  // namespace Tessavoy

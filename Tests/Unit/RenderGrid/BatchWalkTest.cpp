@@ -268,7 +268,7 @@ TEST(BatchWalk, AFailingSinkLosesNothing) {
 ZBounds boundsOf(GridScene& scene) {
     ZBounds bounds{-1.0F, -2.0F};
     GridEvaluator evaluator = scene.evaluator();
-    MeasureZBounds(evaluator, bounds);
+    measureDepths(evaluator, bounds);
     return bounds;
 }
 
@@ -338,7 +338,7 @@ TEST(ZBounds, GiveEverythingBackAlsoWhenTheHostFails) {
         ZBounds bounds{-1.0F, -2.0F};
         try {
             GridEvaluator evaluator = scene.evaluator();
-            MeasureZBounds(evaluator, bounds);
+            measureDepths(evaluator, bounds);
         } catch (PF_ErrorValue) {
             ++failures;
         } catch (PF_Err) {

@@ -11,6 +11,7 @@ namespace Tessavoy {
 namespace {
 
 constexpr OutlineColour colour{0.1F, 0.2F, 0.3F, 0.4F};
+constexpr OutlinePen fill{colour, 0.0, false};
 constexpr double half = std::numbers::sqrt2 / 2.0;
 
 void expectAt(const OutlineVertex& vertex, double x, double y) {
@@ -24,7 +25,7 @@ double distance(const OutlinePoint& a, const OutlinePoint& b) {
 
 TEST(MitreOffset, OfARightAngleIsItsDiagonal) {
     // Clockwise on the screen: along the top edge to the right, then down. Outside is up and to the right.
-    const OutlineVector offset = mitreOffset({-1, -1, 0}, {1, -1, 0}, {1, 1, 0});
+    const OutlineVector offset = mitreOffset({{-1, -1, 0}, {1, -1, 0}, {1, 1, 0}});
     EXPECT_NEAR(offset.x, 1.0, 1e-15);
     EXPECT_NEAR(offset.y, -1.0, 1e-15);
 }
@@ -34,30 +35,30 @@ TEST(MitreOffset, GrowsAsTheCornerGetsSharper) {
     for (const double degrees : {170.0, 120.0, 60.0, 20.0, 2.0}) {
         const double a = degrees * std::numbers::pi / 180.0;
         const OutlinePoint c{std::cos(a), std::sin(a), 0.0};
-        const OutlineVector offset = mitreOffset({1, 0, 0}, {0, 0, 0}, c);
+        const OutlineVector offset = mitreOffset({{1, 0, 0}, {0, 0, 0}, c});
         EXPECT_NEAR(std::hypot(offset.x, offset.y) * std::sin(a / 2.0), 1.0, 1e-12) << degrees;
     }
 }
 
 TEST(MitreOffset, OfParallelEdgesIsNotFinite) {
-    const OutlineVector onward = mitreOffset({-1, 0, 0}, {0, 0, 0}, {1, 0, 0});
+    const OutlineVector onward = mitreOffset({{-1, 0, 0}, {0, 0, 0}, {1, 0, 0}});
     EXPECT_FALSE(std::isfinite(onward.x) && std::isfinite(onward.y));
-    const OutlineVector back = mitreOffset({-1, 0, 0}, {0, 0, 0}, {-1, 0, 0});
+    const OutlineVector back = mitreOffset({{-1, 0, 0}, {0, 0, 0}, {-1, 0, 0}});
     EXPECT_FALSE(std::isfinite(back.x) && std::isfinite(back.y));
 }
 
 TEST(MitreOffset, OfOnePointIsNotANumber) {
-    const OutlineVector offset = mitreOffset({3, 4, 0}, {3, 4, 0}, {3, 4, 0});
+    const OutlineVector offset = mitreOffset({{3, 4, 0}, {3, 4, 0}, {3, 4, 0}});
     EXPECT_TRUE(std::isnan(offset.x));
     EXPECT_TRUE(std::isnan(offset.y));
 }
 
 TEST(MitreOffset, TakesTheOtherNormalWhereTwoPointsCoincide) {
     for (const double noise : {0.0, 1e-16, -3e-16}) {
-        const OutlineVector offset = mitreOffset({1.0 + noise, 1.0 - noise, 0}, {1, 1, 0}, {2, 1, 0});
+        const OutlineVector offset = mitreOffset({{1.0 + noise, 1.0 - noise, 0}, {1, 1, 0}, {2, 1, 0}});
         EXPECT_EQ(offset.x, 0.0) << noise;
         EXPECT_EQ(offset.y, -1.0) << noise;
-        const OutlineVector mirrored = mitreOffset({0, 1, 0}, {1, 1, 0}, {1.0 - noise, 1.0 + noise, 0});
+        const OutlineVector mirrored = mitreOffset({{0, 1, 0}, {1, 1, 0}, {1.0 - noise, 1.0 + noise, 0}});
         EXPECT_EQ(mirrored.y, -1.0) << noise;
     }
 }
@@ -65,28 +66,26 @@ TEST(MitreOffset, TakesTheOtherNormalWhereTwoPointsCoincide) {
 TEST(EmitMitredVertex, WithoutAWidthIsThePointItself) {
     std::array<OutlineVertex, 4> out{};
     const OutlinePoint b{1, 2, 3};
-    EXPECT_EQ(EmitMitredVertex({0, 0, 0}, b, {5, 0, 0}, colour, 0.0, MitreSide::Both, false, out.data()), 1);
+    EXPECT_EQ(EmitMitredVertex({{0, 0, 0}, b, {5, 0, 0}}, {colour, 0.0, false}, MitreSide::Both, out.data()), 1);
     expectAt(out[0], 1.0, 2.0);
     EXPECT_EQ(out[0].position.z, 3.0);
     EXPECT_EQ(out[0].colour.a, 0.4F);
-    EXPECT_EQ(EmitMitredVertex({0, 0, 0}, b, {5, 0, 0}, colour, 0.0, MitreSide::Both, true, out.data()), 2);
+    EXPECT_EQ(EmitMitredVertex({{0, 0, 0}, b, {5, 0, 0}}, {colour, 0.0, true}, MitreSide::Both, out.data()), 2);
 }
 
 TEST(EmitMitredVertex, WritesThePlusSideBeforeTheMinusSide) {
     std::array<OutlineVertex, 4> out{};
-    const OutlinePoint a{-1, -1, 0};
-    const OutlinePoint b{1, -1, 7};
-    const OutlinePoint c{1, 1, 0};
-    EXPECT_EQ(EmitMitredVertex(a, b, c, colour, 0.5, MitreSide::Both, false, out.data()), 2);
+    const OutlineCorner corner{{-1, -1, 0}, {1, -1, 7}, {1, 1, 0}};
+    EXPECT_EQ(EmitMitredVertex(corner, {colour, 0.5, false}, MitreSide::Both, out.data()), 2);
     expectAt(out[0], 1.25, -1.25);
     expectAt(out[1], 0.75, -0.75);
     EXPECT_EQ(out[0].position.z, 7.0);
-    EXPECT_EQ(EmitMitredVertex(a, b, c, colour, 0.5, MitreSide::Both, true, out.data()), 4);
+    EXPECT_EQ(EmitMitredVertex(corner, {colour, 0.5, true}, MitreSide::Both, out.data()), 4);
     expectAt(out[0], 1.25, -1.25);
     expectAt(out[2], 0.75, -0.75);
-    EXPECT_EQ(EmitMitredVertex(a, b, c, colour, 0.5, MitreSide::Plus, false, out.data()), 1);
+    EXPECT_EQ(EmitMitredVertex(corner, {colour, 0.5, false}, MitreSide::Plus, out.data()), 1);
     expectAt(out[0], 1.25, -1.25);
-    EXPECT_EQ(EmitMitredVertex(a, b, c, colour, 0.5, MitreSide::Minus, false, out.data()), 1);
+    EXPECT_EQ(EmitMitredVertex(corner, {colour, 0.5, false}, MitreSide::Minus, out.data()), 1);
     expectAt(out[0], 0.75, -0.75);
 }
 
@@ -94,7 +93,7 @@ TEST(EmitMitredVertex, WritesThePlusSideBeforeTheMinusSide) {
 std::vector<OutlineVertex> roundedCorner(double radius, int dots, double width = 0.0, bool feathered = false) {
     std::vector<OutlineVertex> out(100);
     const int count =
-        EmitCorner({-1, -1, 0}, {1, -1, 0}, {1, 1, 0}, colour, radius, dots, width, feathered, out.data());
+        EmitCorner({{-1, -1, 0}, {1, -1, 0}, {1, 1, 0}}, {radius, dots}, {colour, width, feathered}, out.data());
     out.resize(static_cast<std::size_t>(count));
     return out;
 }
@@ -130,7 +129,7 @@ TEST(EmitCorner, SmallTurnsUseThePlainWeights) {
     const double turn = 0.05;
     std::array<OutlineVertex, 5> out{};
     const OutlinePoint c{std::cos(turn), std::sin(turn), 0.0};
-    ASSERT_EQ(EmitCorner({-1, 0, 0}, {0, 0, 0}, c, colour, 0.1, 3, 0.0, false, out.data()), 5);
+    ASSERT_EQ(EmitCorner({{-1, 0, 0}, {0, 0, 0}, c}, {0.1, 3}, fill, out.data()), 5);
     for (int k = 1; k <= 3; ++k) {
         const double t = k / 4.0;
         const double w = 1.0 - t + t * std::cos(turn / 2.0);
@@ -145,10 +144,10 @@ TEST(EmitCorner, SmallTurnsUseThePlainWeights) {
 TEST(EmitCorner, NoCornerReachesBeyondTheMiddleOfItsShorterSide) {
     // Sides 2 and 1 at a right angle: the arc ends half a unit from the corner on both.
     std::array<OutlineVertex, 8> out{};
-    ASSERT_EQ(EmitCorner({-1, 0, 0}, {1, 0, 0}, {1, 1, 0}, colour, 100.0, 0, 0.0, false, out.data()), 2);
+    ASSERT_EQ(EmitCorner({{-1, 0, 0}, {1, 0, 0}, {1, 1, 0}}, {100.0, 0}, fill, out.data()), 2);
     expectAt(out[0], 0.5, 0.0);
     expectAt(out[1], 1.0, 0.5);
-    ASSERT_EQ(EmitCorner({0, 0, 0}, {1, 0, 0}, {1, 2, 0}, colour, 100.0, 0, 0.0, false, out.data()), 2);
+    ASSERT_EQ(EmitCorner({{0, 0, 0}, {1, 0, 0}, {1, 2, 0}}, {100.0, 0}, fill, out.data()), 2);
     expectAt(out[0], 0.5, 0.0);
     expectAt(out[1], 1.0, 0.5);
 }
@@ -163,7 +162,7 @@ TEST(EmitCorner, RoundedTriangleCornersMeetInTheMiddleOfTheSides) {
         const OutlinePoint& a = corners[(k + 2) % 3];
         const OutlinePoint& c = corners[(k + 1) % 3];
         std::array<OutlineVertex, 2> out{};
-        ASSERT_EQ(EmitCorner(a, corners[k], c, colour, 5.0, 0, 0.0, false, out.data()), 2);
+        ASSERT_EQ(EmitCorner({a, corners[k], c}, {5.0, 0}, fill, out.data()), 2);
         expectAt(out[0], (a.x + corners[k].x) / 2.0, (a.y + corners[k].y) / 2.0);
         expectAt(out[1], (c.x + corners[k].x) / 2.0, (c.y + corners[k].y) / 2.0);
     }
@@ -172,7 +171,7 @@ TEST(EmitCorner, RoundedTriangleCornersMeetInTheMiddleOfTheSides) {
 TEST(EmitCorner, InwardTurnsAreRoundedOnTheirOwnSide) {
     // A turn to the left: the arc's centre lies on the other side of the path.
     std::array<OutlineVertex, 3> out{};
-    ASSERT_EQ(EmitCorner({-1, 0, 0}, {0, 0, 0}, {0, -1, 0}, colour, 0.25, 1, 0.0, false, out.data()), 3);
+    ASSERT_EQ(EmitCorner({{-1, 0, 0}, {0, 0, 0}, {0, -1, 0}}, {0.25, 1}, fill, out.data()), 3);
     expectAt(out[0], -0.25, 0.0);
     expectAt(out[1], -0.25 + 0.25 * half, -0.25 + 0.25 * half);
     expectAt(out[2], 0.0, -0.25);
