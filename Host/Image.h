@@ -6,7 +6,7 @@
 
 namespace TessavoyHost {
 
-// Longest side of a picture that is read or written, in pixels.
+// Longest side of pictures, solids and compositions, in pixels.
 inline constexpr int maximumPictureSide = 30000;
 
 struct ImageSize {

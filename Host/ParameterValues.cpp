@@ -7,18 +7,13 @@
 #include "Host/ArbitraryCalls.h"
 #include "Host/EffectHost.h"
 #include "Host/ErrorTexts.h"
+#include "Host/FixedPoint.h"
 #include "Host/HostCall.h"
 #include "Host/HostError.h"
 #include "Host/KeyTrack.h"
 
 namespace TessavoyHost {
 namespace {
-
-constexpr double fixedOne = 65536;
-
-double fromFixed(PF_Fixed value) {
-    return value / fixedOne;
-}
 
 PF_Fixed toInteger(double value) {
     return static_cast<PF_Fixed>(std::lround(std::clamp<double>(value, INT32_MIN, INT32_MAX)));

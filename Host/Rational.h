@@ -13,4 +13,8 @@ struct Rational {
     friend bool operator==(const Rational&, const Rational&) = default;
 };
 
+// The nearest fraction to a number from 0 to 2^31 - 1: the first convergent of its continued fraction within a part in
+// 10^9, or else the last with a numerator below 2^31 and a denominator up to the greatest, which may be 2^31 - 1.
+Rational nearestFraction(double value, std::int32_t greatestDen);
+
 }  // namespace TessavoyHost

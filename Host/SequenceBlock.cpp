@@ -2,15 +2,12 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Host/LittleEndian.h"
+
 namespace TessavoyHost {
 namespace {
 
 constexpr std::uint32_t headerSize = 16;
-
-void append(std::vector<std::byte>& block, std::uint32_t number) {
-    for (int shift = 0; shift < 32; shift += 8)
-        block.push_back(static_cast<std::byte>(number >> shift));
-}
 
 void append(std::vector<std::byte>& block, const std::string& text) {
     for (const char c : text)
@@ -35,10 +32,10 @@ std::vector<std::byte> sequenceBlock(const std::string& script, const std::map<s
     std::vector<std::byte> block;
     block.push_back(std::byte{1});
     append(block, std::string("GRID") + std::string(3, '\0'));
-    append(block, headerSize);
-    append(block, version);
-    append(block, static_cast<std::uint32_t>(text.size() + 1));
-    append(block, static_cast<std::uint32_t>(json.size() + 1));
+    appendLittleEndian(block, headerSize);
+    appendLittleEndian(block, version);
+    appendLittleEndian(block, static_cast<std::uint32_t>(text.size() + 1));
+    appendLittleEndian(block, static_cast<std::uint32_t>(json.size() + 1));
     append(block, text + '\0');
     append(block, json + '\0');
     return block;

@@ -10,7 +10,7 @@
 namespace TessavoyHost {
 namespace {
 
-constexpr double largestScale = 1e6;
+constexpr std::int32_t largestScale = 1'000'000;
 constexpr double exactEnough = 1e-9;
 
 bool fits(double units) {
@@ -20,28 +20,6 @@ bool fits(double units) {
 [[noreturn]] void refuse(double seconds, A_u_long scale) {
     throw HostError(ExitStatus::Scene, std::to_string(seconds) + " seconds are more than the host's clock holds at " +
                                            std::to_string(scale) + " units a second");
-}
-
-// Continued fraction of a number that is not negative, cut off before the denominator passes the largest scale.
-A_Time nearestFraction(double number) {
-    double before[2] = {0, 1};  // numerators of the last two convergents, the older first
-    double below[2] = {1, 0};   // their denominators
-    double rest = number;
-    for (int term = 0; term < 40; ++term) {
-        const double whole = std::floor(rest);
-        const double numerator = whole * before[1] + before[0];
-        const double denominator = whole * below[1] + below[0];
-        if (denominator > largestScale || numerator > INT32_MAX)
-            break;
-        before[0] = before[1];
-        before[1] = numerator;
-        below[0] = below[1];
-        below[1] = denominator;
-        if (std::abs(numerator / denominator - number) <= exactEnough * number || rest == whole)
-            break;
-        rest = 1 / (rest - whole);
-    }
-    return {static_cast<A_long>(before[1]), static_cast<A_u_long>(below[1])};
 }
 
 }  // namespace
@@ -69,10 +47,8 @@ A_Time toTime(double seconds, A_u_long scale) {
     const bool isExact = std::abs(units - std::round(units)) <= exactEnough * std::max(1.0, std::abs(units));
     if (isExact && fits(std::round(units)))
         return {static_cast<A_long>(std::lround(units)), scale};
-    A_Time time = nearestFraction(std::abs(seconds));
-    if (seconds < 0)
-        time.value = -time.value;
-    return time;
+    const Rational time = nearestFraction(std::abs(seconds), largestScale);
+    return {seconds < 0 ? -time.num : time.num, time.den};
 }
 
 double seconds(const A_Time& time) {

@@ -1,7 +1,7 @@
 #include "Host/Command/EffectFrames.h"
 
-#include "Host/Command/AboutCommand.h"
 #include "Host/Command/RawFrames.h"
+#include "Host/Command/Version.h"
 #include "Host/EffectHost.h"
 #include "Host/ErrorTexts.h"
 #include "Host/ImageFiles/ImageFiles.h"

@@ -6,17 +6,13 @@
 #include <cstring>
 #include <vector>
 
+#include "Host/FixedPoint.h"
 #include "Host/Scene/JsonNode.h"
 
 namespace TessavoyHost {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-// Fixed-point numbers have 16 bits after the point.
-double fromFixed(PF_Fixed value) {
-    return value / 65536.0;
-}
 
 // The shortest decimal that is the same single-precision number: 0.05, not 0.05000000074505806.
 double shortest(float value) {
@@ -31,7 +27,8 @@ std::string labelOf(const PF_ParamDef& definition) {
     return std::string(definition.name, ::strnlen(definition.name, sizeof definition.name));
 }
 
-void putRange(Json& object, double validMin, double validMax, double sliderMin, double sliderMax) {
+template <class Number>
+void putRange(Json& object, Number validMin, Number validMax, Number sliderMin, Number sliderMax) {
     object["validMin"] = validMin;
     object["validMax"] = validMax;
     object["sliderMin"] = sliderMin;
@@ -40,10 +37,7 @@ void putRange(Json& object, double validMin, double validMax, double sliderMin, 
 
 void putSlider(Json& object, const PF_SliderDef& slider) {
     object["default"] = slider.dephault;
-    object["validMin"] = slider.valid_min;
-    object["validMax"] = slider.valid_max;
-    object["sliderMin"] = slider.slider_min;
-    object["sliderMax"] = slider.slider_max;
+    putRange(object, slider.valid_min, slider.valid_max, slider.slider_min, slider.slider_max);
 }
 
 void putFloatSlider(Json& object, const PF_FloatSliderDef& slider) {

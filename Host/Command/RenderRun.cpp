@@ -160,6 +160,7 @@ void RenderRun::write(int frame, double seconds, const std::function<void()>& wo
     if (mStreamBroken) {
         return;
     }
+    const FrameCrashGuard guard(frame);
     try {
         work();
         mReporter.frameEnded({frame, FrameStatus::Written, mWork.fileOf(frame), {}, seconds});

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Host/Command/ParameterListing.h"
+#include "Host/Image.h"
 #include "Host/Scene/CompositionReader.h"
 #include "Host/Scene/EffectReader.h"
 #include "Host/Scene/JsonNode.h"
@@ -195,13 +196,13 @@ Json effectSchema(const ParameterTable& table, SchemaPool& pool) {
 }
 
 Json compositionSchema() {
-    const Json side = integer(1, mostPixelsAcross);
+    const Json side = integer(1, maximumPictureSide);
     return object({{"width", side}, {"height", side}, {"frameRate", reference("frameRate")}, {"duration", positive}},
                   {"width", "height", "frameRate", "duration"});
 }
 
 Json layerSchema() {
-    const Json side = integer(1, mostPixelsAcross);
+    const Json side = integer(1, maximumPictureSide);
     const Json still = object({{"name", nonEmptyText}, {"image", nonEmptyText}}, {"name", "image"});
     const Json sequence = object({{"name", nonEmptyText},
                                   {"image", described(nonEmptyText, "a file name with a place for the number: ####")},

@@ -50,11 +50,12 @@ auto withinMemory(InputFile& file, Read read) {
 }
 
 void requireWritable(const std::filesystem::path& path, const PixelView& pixels) {
+    const std::string limit = std::to_string(maximumPictureSide);
     if (pixels.width < 1 || pixels.height < 1)
         throw HostError(ExitStatus::FrameFailed, path.string() + ": the picture has no pixels; render a larger region");
     if (pixels.width > maximumPictureSide || pixels.height > maximumPictureSide)
-        throw HostError(ExitStatus::FrameFailed,
-                        path.string() + ": the picture is larger than 30000 x 30000 pixels; render a smaller region");
+        throw HostError(ExitStatus::FrameFailed, path.string() + ": the picture is larger than " + limit + " x " +
+                                                     limit + " pixels; render a smaller region");
 }
 
 void writeFormat(AtomicFile& file, FileFormat format, const PixelView& pixels, const FrameMetadata& metadata,

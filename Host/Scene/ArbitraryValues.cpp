@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <map>
 
+#include "Host/LittleEndian.h"
+
 namespace TessavoyHost {
 namespace {
 
@@ -12,17 +14,11 @@ constexpr NumberRange unitRange{0, 1};
 
 class FlatWriter {
 public:
-    void integer(std::int32_t value) { bits(static_cast<std::uint32_t>(value)); }
-    void real(float value) { bits(std::bit_cast<std::uint32_t>(value)); }
+    void integer(std::int32_t value) { appendLittleEndian(mBytes, static_cast<std::uint32_t>(value)); }
+    void real(float value) { appendLittleEndian(mBytes, std::bit_cast<std::uint32_t>(value)); }
     ArbitraryValue take() { return {std::move(mBytes)}; }
 
 private:
-    void bits(std::uint32_t value) {
-        for (int shift = 0; shift < 32; shift += 8) {
-            mBytes.push_back(static_cast<std::byte>(value >> shift & 0xff));
-        }
-    }
-
     std::vector<std::byte> mBytes;
 };
 

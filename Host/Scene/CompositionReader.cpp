@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 #include <string_view>
-#include <utility>
 
+#include "Host/Image.h"
 #include "Host/Scene/Values.h"
 
 namespace TessavoyHost {
@@ -56,21 +56,12 @@ bool checkLength(const JsonNode& duration, const Composition& composition) {
 }  // namespace
 
 std::optional<Rational> simplestFraction(double value) {
-    // The convergents of the continued fraction, until one is near enough.
-    double num = 1, den = 0, numBefore = 0, denBefore = 1, rest = value;
-    for (int step = 0; step < 40; ++step) {
-        const double whole = std::floor(rest);
-        numBefore = std::exchange(num, whole * num + numBefore);
-        denBefore = std::exchange(den, whole * den + denBefore);
-        if (num > mostTimeUnits || den > mostTimeUnits) {
-            return std::nullopt;
-        }
-        if (std::abs(num / den - value) <= 1e-9 * value) {
-            return Rational{static_cast<std::int32_t>(num), static_cast<std::uint32_t>(den)};
-        }
-        rest = 1 / (rest - whole);
+    if (value > mostTimeUnits) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    const Rational nearest = nearestFraction(value, std::numeric_limits<std::int32_t>::max());
+    const bool isNear = std::abs(nearest.value() - value) <= 1e-9 * value;
+    return isNear ? std::optional(nearest) : std::nullopt;
 }
 
 std::optional<Rational> readFrameRate(const JsonNode& node) {
@@ -91,8 +82,8 @@ std::optional<Rational> readFrameRate(const JsonNode& node) {
 
 std::optional<Composition> readComposition(const JsonNode& node) {
     const JsonObject object(node, {"width", "height", "frameRate", "duration"});
-    const auto width = object.requireInteger("width", 1, mostPixelsAcross);
-    const auto height = object.requireInteger("height", 1, mostPixelsAcross);
+    const auto width = object.requireInteger("width", 1, maximumPictureSide);
+    const auto height = object.requireInteger("height", 1, maximumPictureSide);
     const auto rateNode = object.require("frameRate");
     const auto durationNode = object.require("duration");
     const auto frameRate = rateNode ? readFrameRate(*rateNode) : std::nullopt;

@@ -7,9 +7,6 @@
 
 namespace TessavoyHost {
 
-// Sizes that pictures, solids and compositions may have, in pixels.
-inline constexpr int mostPixelsAcross = 30000;
-
 // { "width", "height", "frameRate", "duration" }, all required; at least one frame long.
 std::optional<Composition> readComposition(const JsonNode& node);
 

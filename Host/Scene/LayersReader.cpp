@@ -38,8 +38,8 @@ private:
     std::shared_ptr<FrameSource> readSolid(const JsonNode& node, const std::string& name) const {
         const JsonObject object(node, {"name", "solid", "width", "height"});
         const auto solid = object.require("solid");
-        const auto width = object.requireInteger("width", 1, mostPixelsAcross);
-        const auto height = object.requireInteger("height", 1, mostPixelsAcross);
+        const auto width = object.requireInteger("width", 1, maximumPictureSide);
+        const auto height = object.requireInteger("height", 1, maximumPictureSide);
         const auto color = solid ? readColor(*solid) : std::nullopt;
         if (!color || !width || !height) {
             return nullptr;

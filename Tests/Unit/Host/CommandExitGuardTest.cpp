@@ -145,15 +145,8 @@ TEST_F(CommandExitGuard, AStackThatOverflowsOnAnotherThreadIsACrash) {
         endsWith(ExitStatus::FrameFailed), "^tessavoy: a frame crashed\n$");
 }
 
-// Renders frames 3 and 4 of the fake effect, whose render calls itself without end, as the command does.
-void renderWithoutEnd() {
-    FakeEffect::hooks().render = [](PF_InData*, PF_OutData*, PF_SmartRenderExtra*) { return PF_Err{callAgain(0)}; };
-    EffectHost host(FakeEffect::entryPoints());
-    const auto instance = host.createInstance(FakeProject::project());
-    OutputChannel output;
-    RenderOptions options;
-    options.output = OutputPattern("/nowhere/a.##.png");
-    EffectFrames work(*instance, options, 8, {100, 80}, output);
+// Renders frame 3 as the command does.
+void renderFrame3(FrameWork& work) {
     const auto progress = makeProgress(ProgressMode::None, {});
     RunReporter reporter(1, *progress);
     RunSettings settings;
@@ -162,8 +155,41 @@ void renderWithoutEnd() {
     RenderRun(settings, work, reporter, {[] { return 0; }, [](ExitStatus) {}}).run();
 }
 
+// By the fake effect, whose render calls itself without end.
+void renderWithoutEnd() {
+    FakeEffect::hooks().render = [](PF_InData*, PF_OutData*, PF_SmartRenderExtra*) { return PF_Err{callAgain(0)}; };
+    EffectHost host(FakeEffect::entryPoints());
+    const auto instance = host.createInstance(FakeProject::project());
+    OutputChannel output;
+    RenderOptions options;
+    options.output = OutputPattern("/nowhere/a.##.png");
+    EffectFrames work(*instance, options, 8, {100, 80}, output);
+    renderFrame3(work);
+}
+
 TEST_F(CommandExitGuard, AModuleThatCallsItselfWithoutEndCrashesItsFrame) {
     EXPECT_EXIT(renderWithoutEnd(), endsWith(ExitStatus::FrameFailed), "^tessavoy: frame 3 crashed\n$");
+}
+
+// Frames that crash while they are written.
+class CrashingWrites : public FrameWork {
+public:
+    bool isThere(int) override { return false; }
+    std::string fileOf(int) const override { return {}; }
+    RenderedFrame render(int, const std::atomic<bool>&) override {
+        RenderedFrame rendered;
+        rendered.write = [] { std::raise(SIGSEGV); };
+        return rendered;
+    }
+};
+
+TEST_F(CommandExitGuard, ACrashInWritingIsTheFramesThatIsWritten) {
+    EXPECT_EXIT(
+        {
+            CrashingWrites work;
+            renderFrame3(work);
+        },
+        endsWith(ExitStatus::FrameFailed), "^tessavoy: frame 3 crashed\n$");
 }
 
 // The functions that a module hands to iterate run on threads of the host.

@@ -11,11 +11,11 @@
 #include <numeric>
 #include <sstream>
 
-#include "Host/Command/AboutCommand.h"
 #include "Host/Command/EffectFrames.h"
 #include "Host/Command/OutputChannel.h"
 #include "Host/Command/OutputChecks.h"
 #include "Host/Command/RawFrames.h"
+#include "Host/Command/Version.h"
 #include "Host/ErrorTexts.h"
 #include "Tests/Unit/Host/HostFixture.h"
 

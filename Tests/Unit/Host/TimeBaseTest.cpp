@@ -55,6 +55,21 @@ TEST(HostTimeBase, RefusesTimesBeyondTheClock) {
     EXPECT_EQ(TimeBase({100, 100, {30000, 1001}, 10}, -71582.788).start, -2147483640);
 }
 
+// The convergents of pi are 3, 22/7, 333/106, 355/113, 103993/33102 and 104348/33215; the last is the first within
+// 10^-9.
+TEST(HostRational, FindsTheNearestFractionWithinTheLimit) {
+    constexpr double pi = 3.14159265358979323846;
+    EXPECT_EQ(nearestFraction(pi, 1), (Rational{3, 1}));
+    EXPECT_EQ(nearestFraction(pi, 112), (Rational{333, 106}));
+    EXPECT_EQ(nearestFraction(pi, 1000), (Rational{355, 113}));
+    EXPECT_EQ(nearestFraction(pi, 2147483647), (Rational{103993, 33102}));
+}
+
+TEST(HostRational, KeepsWholeNumbers) {
+    for (const std::int32_t whole : {0, 1, 7, 2147483647})
+        EXPECT_EQ(nearestFraction(whole, 1000000), (Rational{whole, 1}));
+}
+
 TEST(HostProject, CountsFramesThatBeginBeforeTheEnd) {
     EXPECT_EQ((Composition{1, 1, {25, 1}, 4.0}).frameCount(), 100);
     EXPECT_EQ((Composition{1, 1, {25, 1}, 4.01}).frameCount(), 101);
