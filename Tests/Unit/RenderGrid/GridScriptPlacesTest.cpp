@@ -100,7 +100,7 @@ TEST(GridScriptPlaces, DepthsOfAScriptAreMeasured) {
     GridScript script(&row.scene.host.inData, row.scene.snapshot);
     GridEvaluator evaluator = row.scene.evaluator(script.usable());
     ZBounds bounds{99.0F, 99.0F};
-    MeasureZBounds(evaluator, bounds);
+    measureDepths(evaluator, bounds);
     EXPECT_EQ(bounds.minimum, -10.0F);
     EXPECT_EQ(bounds.maximum, 20.0F);
 }
@@ -111,7 +111,7 @@ TEST(GridScriptPlaces, NothingIsMeasuredOfHiddenCells) {
     GridScript script(&row.scene.host.inData, row.scene.snapshot);
     GridEvaluator evaluator = row.scene.evaluator(script.usable());
     ZBounds bounds{99.0F, 98.0F};
-    MeasureZBounds(evaluator, bounds);
+    measureDepths(evaluator, bounds);
     EXPECT_EQ(bounds.minimum, 99.0F);
     EXPECT_EQ(bounds.maximum, 98.0F);
 }
