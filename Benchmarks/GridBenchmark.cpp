@@ -175,7 +175,7 @@ void setSizeRotationColourNoise(ParameterSnapshot& snapshot) {
 void renderFrame(RecyclingHost& host, ParameterSnapshot& snapshot, BatchSink& sink) {
     const ViewProjection flat;
     const TextureAtlas atlas;
-    GridEvaluator evaluator(&host.inData, &host.outData, snapshot, FramePlace{}, 1.0F, flat, atlas);
+    GridEvaluator evaluator(snapshot, {&host.inData, &host.outData, FramePlace{}, flat, atlas});
     const GridInstances instances(evaluator);
     DrawOrder order = drawOrderOf(instances);
     writeBatches(instances, order, sink);

@@ -11,11 +11,6 @@ namespace Tessavoy {
 
 namespace {
 
-/// With a camera the frustum takes care of where the picture begins.
-FramePlace withoutOriginUnderCamera(const FramePlace& place, const ViewProjection& viewProjection) {
-    return viewProjection.usesCamera == 1 ? FramePlace{place.downsampleX, place.downsampleY, 0.0F, 0.0F} : place;
-}
-
 FrameChoice frameChoice(const ParameterSnapshot& snapshot, const PF_InData& inData, const TextureAtlas& atlas) {
     FrameChoice choice;
     choice.framesAcross =
@@ -27,8 +22,16 @@ FrameChoice frameChoice(const ParameterSnapshot& snapshot, const PF_InData& inDa
     return choice;
 }
 
-CellScript* runnable(CellScript* script) {
-    return script != nullptr && script->changesNothing() ? nullptr : script;
+/// With a camera the frustum takes care of where the picture begins; a script that changes nothing isn't run.
+GridFrame effectiveFrame(GridFrame frame) {
+    if (frame.viewProjection.usesCamera == 1) {
+        frame.place.originX = 0.0F;
+        frame.place.originY = 0.0F;
+    }
+    if (frame.script != nullptr && frame.script->changesNothing()) {
+        frame.script = nullptr;
+    }
+    return frame;
 }
 
 /// What a script that assigns nothing does to a live cell: infinities become 0.
@@ -52,26 +55,18 @@ void clearInfinities(InstanceState& cell) {
 
 }  // namespace
 
-GridEvaluator::GridEvaluator(PF_InData* inData, PF_OutData* outData, ParameterSnapshot& snapshot,
-                             const FramePlace& place, float multiplier16bit, const ViewProjection& viewProjection,
-                             const TextureAtlas& atlas, CellScript* script)
-    : mInData(inData),
-      mOutData(outData),
-      mSnapshot(snapshot),
-      mPlace(withoutOriginUnderCamera(place, viewProjection)),
-      mMultiplier16bit(multiplier16bit),
-      mViewProjection(viewProjection),
-      mAtlas(atlas),
-      mScript(runnable(script)),
-      mClearsInfinities(script != nullptr && mScript == nullptr && snapshot.layers.holdPixels()),
+GridEvaluator::GridEvaluator(ParameterSnapshot& snapshot, const GridFrame& frame)
+    : mSnapshot(snapshot),
+      mFrame(effectiveFrame(frame)),
+      mClearsInfinities(frame.script != nullptr && mFrame.script == nullptr && snapshot.layers.holdPixels()),
       mShape{std::max(snapshot.CountX, 0), std::max(snapshot.CountY, 0), snapshot.HexGrid},
       mTextured(snapshot.ShapeType == PopupValues::TexturedQuad && snapshot.shapeTextureLayer() != nullptr),
-      mGridMatrix(buildGridMatrix(snapshot, viewProjection, mPlace)),
-      mCells(snapshot, frameChoice(snapshot, *inData, atlas), mScript == nullptr),
-      mCellMatrix(snapshot, mGridMatrix, mPlace),
+      mGridMatrix(buildGridMatrix(snapshot, frame.viewProjection, mFrame.place)),
+      mCells(snapshot, frameChoice(snapshot, *frame.inData, frame.atlas), mFrame.script == nullptr),
+      mCellMatrix(snapshot, mGridMatrix, mFrame.place),
       mPartLayout(snapshot),
       mPrototype(mCells.prototype()),
-      mPlaceOnly(mScript == nullptr && mCells.hasConstantMatrixFields()) {
+      mPlaceOnly(mFrame.script == nullptr && mCells.hasConstantMatrixFields()) {
     if (mPlaceOnly) {
         mCellMatrix.prepare(mPrototype);
         mCellMatrix.build(mPrototype);
@@ -79,7 +74,7 @@ GridEvaluator::GridEvaluator(PF_InData* inData, PF_OutData* outData, ParameterSn
 }
 
 EmissionFrame GridEvaluator::emissionFrame() const {
-    return {mTextured ? &mAtlas : nullptr, mPlace.downsampleX, mPlace.downsampleY};
+    return {mTextured ? &mFrame.atlas : nullptr, mFrame.place.downsampleX, mFrame.place.downsampleY};
 }
 
 CellBlock GridEvaluator::blockAt(A_long firstIndex) const {
@@ -88,7 +83,7 @@ CellBlock GridEvaluator::blockAt(A_long firstIndex) const {
 }
 
 A_long GridEvaluator::knownPartsCount() const {
-    return mScript == nullptr && mCells.hasConstantPartsCount() ? mPrototype.partsCount : -1;
+    return mFrame.script == nullptr && mCells.hasConstantPartsCount() ? mPrototype.partsCount : -1;
 }
 
 void GridEvaluator::EvaluateCell(A_long index, InstanceState& cell) const {
@@ -99,7 +94,7 @@ void GridEvaluator::EvaluateCell(A_long index, InstanceState& cell) const {
 }
 
 void GridEvaluator::evaluateFields(const CellBlock& block, InstanceState* cells) const {
-    if (mScript == nullptr) {
+    if (mFrame.script == nullptr) {
         mCells.evaluate(block, cells);
         if (mClearsInfinities) {
             std::for_each_n(cells, block.count, clearInfinities);
@@ -118,10 +113,10 @@ void GridEvaluator::evaluateFields(const CellBlock& block, InstanceState* cells)
 
 void GridEvaluator::runScript(float u, float v, InstanceState& cell) const {
     const CellScriptInputs inputs{
-        mPlace.downsampleX,  mPlace.downsampleY,   u,          v, mShape.countX, mShape.countY,
-        mSnapshot.GridWidth, mSnapshot.GridHeight, mGridMatrix};
-    if (!mScript->runCell(mInData, inputs, cell)) {
-        mScript->reportFailure(mInData, mOutData, cell);
+        mFrame.place.downsampleX, mFrame.place.downsampleY, u,          v, mShape.countX, mShape.countY,
+        mSnapshot.GridWidth,      mSnapshot.GridHeight,     mGridMatrix};
+    if (!mFrame.script->runCell(mFrame.inData, inputs, cell)) {
+        mFrame.script->reportFailure(mFrame.inData, mFrame.outData, cell);
     }
 }
 

@@ -16,25 +16,33 @@
 
 namespace Tessavoy {
 
+/// What surrounds a frame's pass over the grid. Nothing is owned.
+struct GridFrame {
+    PF_InData* inData;
+    PF_OutData* outData;
+    FramePlace place;  ///< the origin counts only without a camera
+    const ViewProjection& viewProjection;
+    const TextureAtlas& atlas;     ///< in a measurement of depths one without a build
+    float multiplier16bit = 1.0F;  ///< carried for the draw
+    CellScript* script = nullptr;  ///< null for none
+};
+
 /// What one frame's pass over the grid works from, and the evaluation of its cells. Belongs to one render call on one
 /// thread.
 class GridEvaluator {
 public:
-    /// place: the origin counts only without a camera. script: null for none; not owned, nor is anything else. In a
-    /// measurement of depths the atlas is one without a build.
-    GridEvaluator(PF_InData* inData, PF_OutData* outData, ParameterSnapshot& snapshot, const FramePlace& place,
-                  float multiplier16bit, const ViewProjection& viewProjection, const TextureAtlas& atlas,
-                  CellScript* script = nullptr);
+    /// The snapshot and what the frame points at must outlive this object.
+    GridEvaluator(ParameterSnapshot& snapshot, const GridFrame& frame);
 
     GridEvaluator(const GridEvaluator&) = delete;
     GridEvaluator& operator=(const GridEvaluator&) = delete;
 
-    PF_InData* inData() const { return mInData; }
+    PF_InData* inData() const { return mFrame.inData; }
     const ParameterSnapshot& snapshot() const { return mSnapshot; }
-    const ViewProjection& viewProjection() const { return mViewProjection; }
-    const FramePlace& place() const { return mPlace; }
+    const ViewProjection& viewProjection() const { return mFrame.viewProjection; }
+    const FramePlace& place() const { return mFrame.place; }
     const Matrix& gridMatrix() const { return mGridMatrix; }
-    float multiplier16bit() const { return mMultiplier16bit; }
+    float multiplier16bit() const { return mFrame.multiplier16bit; }
 
     A_long CountX() const { return mShape.countX; }
     A_long CountY() const { return mShape.countY; }
@@ -78,14 +86,8 @@ private:
     void evaluateFields(const CellBlock& block, InstanceState* cells) const;
     void runScript(float u, float v, InstanceState& cell) const;
 
-    PF_InData* mInData;
-    PF_OutData* mOutData;
-    ParameterSnapshot& mSnapshot;
-    FramePlace mPlace;
-    float mMultiplier16bit;
-    const ViewProjection& mViewProjection;
-    const TextureAtlas& mAtlas;
-    CellScript* mScript;     ///< null for none and for one that changes nothing
+    const ParameterSnapshot& mSnapshot;
+    GridFrame mFrame;        ///< without an origin under a camera, and without a script that changes nothing
     bool mClearsInfinities;  ///< in place of a script that changes nothing; only layers in floats hold any
     GridShape mShape;
     bool mTextured;

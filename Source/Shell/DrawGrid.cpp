@@ -178,7 +178,7 @@ void DrawGrid(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderD
     // The scene target holds what lies behind the instances; all that they read is on the GPU.
 
     GridScript script(inData, snapshot);
-    GridEvaluator evaluator(inData, outData, snapshot, place, drawing.multiplier16bit, view, atlas, script.usable());
+    GridEvaluator evaluator(snapshot, {inData, outData, place, view, atlas, drawing.multiplier16bit, script.usable()});
     const GridInstances instances(evaluator);
     DrawOrder order = drawOrderOf(instances);
     endStage(FrameStage::Evaluation);
@@ -195,8 +195,8 @@ void MeasureZBounds(PF_InData* inData, PF_OutData* outData, ParameterSnapshot& s
     const ViewProjection view = viewOf(inData, snapshot, drawing);
     const TextureAtlas atlas;
     GridScript script(inData, snapshot);
-    GridEvaluator evaluator(inData, outData, snapshot, placeOf(inData, drawing), drawing.multiplier16bit, view, atlas,
-                            script.usable());
+    GridEvaluator evaluator(
+        snapshot, {inData, outData, placeOf(inData, drawing), view, atlas, drawing.multiplier16bit, script.usable()});
     measureDepths(evaluator, bounds);
 }
 

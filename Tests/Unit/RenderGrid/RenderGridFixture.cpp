@@ -31,7 +31,7 @@ GridScene::GridScene() : snapshot(&host.inData) {
 }
 
 GridEvaluator GridScene::evaluator(CellScript* script) {
-    return GridEvaluator(&host.inData, &host.outData, snapshot, place, 1.0F, viewProjection, atlas, script);
+    return GridEvaluator(snapshot, {&host.inData, &host.outData, place, viewProjection, atlas, 1.0F, script});
 }
 
 void GridScene::setCounts(A_long countX, A_long countY) {
