@@ -19,8 +19,9 @@ public:
     /// For a closure over a snapshot and a ScriptHost.
     explicit ApiCall(lua_State* lua);
 
-    /// Whether a frame's cell is being run, so that `snapshot` and the host's matrix are there.
-    bool hasFrame() const { return mSnapshot != nullptr && mHost->gridMatrix() != nullptr; }
+    /// Whether a frame's cell is being run, so that `snapshot` and the host's matrix are there. A script that took the
+    /// upvalues away, with the debug library, has no frame either.
+    bool hasFrame() const { return mSnapshot != nullptr && mHost != nullptr && mHost->gridMatrix() != nullptr; }
 
     const ParameterSnapshot& snapshot() const { return *mSnapshot; }
     ScriptHost& host() const { return *mHost; }
