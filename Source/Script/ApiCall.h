@@ -26,8 +26,11 @@ public:
     explicit ApiCall(lua_State* lua)
         : mLua(lua), mHost(static_cast<ScriptHost*>(lua_touserdata(lua, lua_upvalueindex(2)))) {}
 
-    /// Whether a frame's cell is being run, so that `snapshot` and the host's matrix are there.
-    bool hasFrame() const { return mHost->snapshot() != nullptr && mHost->gridMatrix() != nullptr; }
+    /// Whether a frame's cell is being run, so that `snapshot` and the host's matrix are there. A script that took the
+    /// upvalue away, with the debug library, has no frame either.
+    bool hasFrame() const {
+        return mHost != nullptr && mHost->snapshot() != nullptr && mHost->gridMatrix() != nullptr;
+    }
 
     const ParameterSnapshot& snapshot() const { return *mHost->snapshot(); }
     ScriptHost& host() const { return *mHost; }

@@ -304,5 +304,16 @@ TEST(ScriptApi, OutsideACellEverythingIsZero) {
     EXPECT_TRUE(scene.nothingIsLent());
 }
 
+// The debug library is open, and with it what the functions are closed over.
+TEST(ScriptApi, FunctionsThatLostTheirHostGiveZeros) {
+    BankScene scene;
+    for (const char* value : {"nil", "7", "'text'", "{}"}) {
+        const std::string script =
+            std::string("for _, f in ipairs{GetFloat, GetLayer, GetRamp, GetPath} do debug.setupvalue(f, 2, ") + value +
+            ") end x = GetFloat(1) + GetLayer(1, 0, 0) + GetRamp(1, 0) + GetPath('Line', 0)";
+        EXPECT_EQ(scene.run(script).x, 0.0F) << script;
+    }
+}
+
 }  // namespace
 }  // namespace Tessavoy

@@ -222,6 +222,32 @@ TEST(ScriptHost, ErrorsThatAreNoTexts) {
     EXPECT_EQ(errorOf("error('a\\0b', 0)"), "a");
 }
 
+TEST(ScriptHost, AScriptThatLosesItsFunctionFailsAtTheNextCell) {
+    for (const char* loss : {"process = nil", "process = 5", "process = {}"}) {
+        ScriptScene scene;
+        ScriptHost host;
+        ASSERT_TRUE(host.compile(&scene.host.inData, loss, &scene.snapshot));
+        InstanceState cell = scene.cell();
+        EXPECT_TRUE(host.runCell(&scene.host.inData, scene.inputs, cell));
+        EXPECT_FALSE(host.runCell(&scene.host.inData, scene.inputs, cell));
+        EXPECT_THAT(host.errorText(), HasSubstr("attempt to call a "));
+        EXPECT_TRUE(sameFields(cell, scene.cell()));
+    }
+}
+
+// Another function may take its place, as long as it is one.
+TEST(ScriptHost, AScriptMayReplaceItsFunction) {
+    ScriptScene scene;
+    ScriptHost host;
+    ASSERT_TRUE(host.compile(&scene.host.inData, "process = function(...) return true, 5 end", &scene.snapshot));
+    InstanceState cell = scene.cell();
+    EXPECT_TRUE(host.runCell(&scene.host.inData, scene.inputs, cell));
+    EXPECT_TRUE(sameFields(cell, scene.cell()));
+    EXPECT_TRUE(host.runCell(&scene.host.inData, scene.inputs, cell));
+    EXPECT_EQ(cell.x, 5.0F);
+    EXPECT_EQ(cell.y, 0.0F);
+}
+
 TEST(ScriptHost, GlobalsLastFromCellToCellAndNoLonger) {
     ScriptScene scene;
     const std::string counting = "count = (count or 0) + 1; x = count";
