@@ -28,9 +28,7 @@ public:
 
     /// Whether a frame's cell is being run, so that `snapshot` and the host's matrix are there. A script that took the
     /// upvalue away, with the debug library, has no frame either.
-    bool hasFrame() const {
-        return mHost != nullptr && mHost->snapshot() != nullptr && mHost->gridMatrix() != nullptr;
-    }
+    bool hasFrame() const { return mHost != nullptr && mHost->snapshot() != nullptr && mHost->gridMatrix() != nullptr; }
 
     const ParameterSnapshot& snapshot() const { return *mHost->snapshot(); }
     ScriptHost& host() const { return *mHost; }
