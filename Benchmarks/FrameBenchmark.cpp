@@ -89,12 +89,48 @@ Project squares(int side, bool multisampled, bool feather) {
     return project;
 }
 
+FrameRequest fullRequest() {
+    FrameRequest request;
+    request.downsampleX = request.downsampleY = {1, 1};
+    return request;
+}
+
+void reportStages(benchmark::State& state) {
+    for (std::size_t i = 0; i < stageNames.size(); ++i) {
+        state.counters[stageNames[i]] =
+            benchmark::Counter(stageClock.milliseconds[i], benchmark::Counter::kAvgIterations);
+    }
+}
+
+/// The first frame of a process: the module set up, then 100 x 100 squares with a feather, whose stages find no shader
+/// compiled and no memory touched. Means something only when it is run alone.
+void firstFrame(benchmark::State& state) {
+    stageClock = {};
+    double setUp = 0;
+    for (auto _ : state) {
+        const Clock::time_point begin = Clock::now();
+        EffectHost host(ModuleEntryPoints{PluginDataEntryFunction, EffectMain});
+        const auto instance = host.createInstance(squares(100, state.range(0) != 0, true));
+        setUp = std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
+        Tessavoy::observeFrameStages([](FrameStage stage) { stageClock.end(stage); });
+        stageClock.restart();
+        const FrameResult frame = instance->renderFrame(fullRequest());
+        if (frame.error != PF_Err_NONE) {
+            state.SkipWithError(frame.message.c_str());
+            break;
+        }
+        Tessavoy::observeFrameStages(nullptr);
+    }
+    state.counters["0_set_up"] = setUp;
+    reportStages(state);
+}
+BENCHMARK(firstFrame)->ArgName("msaa")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
+
 void wholeFrame(benchmark::State& state) {
     EffectHost host(ModuleEntryPoints{PluginDataEntryFunction, EffectMain});
     const auto instance =
         host.createInstance(squares(static_cast<int>(state.range(0)), state.range(1) != 0, state.range(2) != 0));
-    FrameRequest request;
-    request.downsampleX = request.downsampleY = {1, 1};
+    const FrameRequest request = fullRequest();
     instance->renderFrame(request);  // from the second frame on, all memory has been touched
 
     stageClock = {};
@@ -109,10 +145,7 @@ void wholeFrame(benchmark::State& state) {
         }
     }
     Tessavoy::observeFrameStages(nullptr);
-    for (std::size_t i = 0; i < stageNames.size(); ++i) {
-        state.counters[stageNames[i]] =
-            benchmark::Counter(stageClock.milliseconds[i], benchmark::Counter::kAvgIterations);
-    }
+    reportStages(state);
 }
 BENCHMARK(wholeFrame)
     ->ArgNames({"side", "msaa", "feather"})
@@ -125,9 +158,7 @@ BENCHMARK(wholeFrame)
 void encodeFrame(benchmark::State& state) {
     EffectHost host(ModuleEntryPoints{PluginDataEntryFunction, EffectMain});
     const auto instance = host.createInstance(squares(320, false, true));
-    FrameRequest request;
-    request.downsampleX = request.downsampleY = {1, 1};
-    const FrameResult frame = instance->renderFrame(request);
+    const FrameResult frame = instance->renderFrame(fullRequest());
     const auto file = std::filesystem::temp_directory_path() / "tessavoy-benchmark.png";
     for (auto _ : state) {
         writeImage(file, FileFormat::Png, frame.output.view(), {0, "benchmark"}, static_cast<int>(state.range(0)));
@@ -141,8 +172,7 @@ BENCHMARK(encodeFrame)->ArgName("level")->Arg(0)->Arg(1)->Arg(6)->Unit(benchmark
 void snapshotThroughHost(benchmark::State& state) {
     EffectHost host(ModuleEntryPoints{PluginDataEntryFunction, EffectMain});
     const auto instance = host.createInstance(squares(1, false, false));
-    FrameRequest request;
-    request.downsampleX = request.downsampleY = {1, 1};
+    FrameRequest request = fullRequest();
     request.region = Region{0, 0, 1, 1};
     instance->renderFrame(request);
     Tessavoy::observeFrameStages([](FrameStage stage) { stageClock.end(stage); });
