@@ -1,0 +1,6 @@
+x = GetFloat('a') + GetSlider(2.5) + GetNoise(1, xPart, yPart) + GetRandom(1, i, j)
+r, g, b, a = GetColor(1)
+r, g, b, a = GetLayer(1, xPart, 1e300)
+y = GetRamp(1, 0.3) + select(3, GetGradient(1, -1 / 0)) + GetPath(1, 0.5)
+z = GetDistToCam(x, y, z) + Lerp(1, 2, 3) + Dist2D(1, 2, 3, 4) + Dist3D(1, 2, 3, 4, 5, 6)
+x = GetPoint2D(1) + GetPoint3D(99)
