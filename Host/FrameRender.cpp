@@ -109,6 +109,9 @@ void FrameRender::placeOutput() {
     mResult.output.record().origin_x = mRegion.x;
     mResult.output.record().origin_y = mRegion.y;
     const Region shared = intersection(given, mRegion);
+    if (shared.width == 0) {
+        return;
+    }
     const int pixelBytes = bytesPerPixel(mRequest.bitsPerChannel);
     for (int y = shared.y; y < shared.y + shared.height; ++y) {
         std::memcpy(mResult.output.row(y - mRegion.y) + (shared.x - mRegion.x) * pixelBytes,
