@@ -2,12 +2,14 @@
 // host's memory used again from frame to frame. Times are per frame; "cell" is the time per cell.
 //
 //   GridMemset       the bound: a memset of the bytes that a frame of GridConstant writes
+//   GridTraffic      a bound nearer to the frame: the same bytes in the same two passes, copied out of the first cache
 //   PerlinLoop       the bound of what noise adds: three scalar noises for each cell in a plain loop
 //   GridConstant     the default polygon, all properties constant: at most 4 times GridMemset
 //   GridNoise        the same with noise on size, rotation, hue and brightness: at most GridConstant plus PerlinLoop
 //   GridByZ          GridNoise under a camera, with noise in depth, sorted by it
 //   GridShelfNoise   parts that differ from cell to cell, so that every outline is made on its own
 
+#include "Source/FloatQuad.h"
 #include "Source/RenderGrid/BatchWalk.h"
 #include "Source/RenderGrid/GridEvaluator.h"
 #include "Source/RenderGrid/GridInstances.h"
@@ -232,6 +234,53 @@ void GridMemset(benchmark::State& state) {
         static_cast<double>(cells), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
+using Memory = std::unique_ptr<std::byte, void (*)(void*)>;
+
+/// Touched, so that no page comes new.
+Memory touchedMemory(std::size_t bytes) {
+    Memory memory(static_cast<std::byte*>(std::aligned_alloc(64, (bytes + 63) / 64 * 64)), std::free);
+    std::memset(memory.get(), 1, bytes);
+    return memory;
+}
+
+/// Both aligned to 16 bytes, and so is the number of bytes.
+void copyByQuads(std::byte* to, const std::byte* from, std::size_t bytes) {
+    for (std::size_t k = 0; k < bytes; k += sizeof(FloatQuad)) {
+        FloatQuad::load(reinterpret_cast<const float*>(from + k)).store(reinterpret_cast<float*>(to + k));
+    }
+}
+
+/// What a frame's bytes cost on their way through memory: records and parts written, then records read while vertices
+/// and indices are written.
+void GridTraffic(benchmark::State& state) {
+    constexpr std::size_t group = 64;
+    constexpr std::size_t record = sizeof(InstanceState);
+    constexpr std::size_t parts = 4 * sizeof(InstancePart);
+    constexpr std::size_t vertices = 9 * sizeof(InstanceVertex);
+    constexpr std::size_t indices = 36 * sizeof(std::uint32_t);
+    const std::size_t groups = static_cast<std::size_t>(state.range(0) * state.range(0)) / group;
+    const Memory source = touchedMemory(group * vertices);
+    const Memory records = touchedMemory(groups * group * record);
+    const Memory partsMemory = touchedMemory(groups * group * parts);
+    const Memory vertexMemory = touchedMemory(groups * group * vertices);
+    const Memory indexMemory = touchedMemory(groups * group * indices);
+    for (auto _ : state) {
+        for (std::size_t k = 0; k < groups; ++k) {
+            copyByQuads(records.get() + k * group * record, source.get(), group * record);
+            copyByQuads(partsMemory.get() + k * group * parts, source.get(), group * parts);
+        }
+        for (std::size_t k = 0; k < groups; ++k) {
+            copyByQuads(source.get(), records.get() + k * group * record, group * record);
+            copyByQuads(vertexMemory.get() + k * group * vertices, source.get(), group * vertices);
+            copyByQuads(indexMemory.get() + k * group * indices, source.get(), group * indices);
+        }
+        benchmark::ClobberMemory();
+    }
+    state.counters["cell"] =
+        benchmark::Counter(static_cast<double>(groups * group),
+                           benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
 void PerlinLoop(benchmark::State& state) {
     const int side = static_cast<int>(state.range(0));
     const PerlinTable table(1);
@@ -255,6 +304,7 @@ void sides(benchmark::internal::Benchmark* benchmark) {
 }
 
 BENCHMARK(GridMemset)->Apply(sides);
+BENCHMARK(GridTraffic)->Apply(sides);
 BENCHMARK(PerlinLoop)->Apply(sides);
 BENCHMARK(GridConstant)->Apply(sides);
 BENCHMARK(GridNoise)->Apply(sides);
