@@ -14,13 +14,13 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "Host/HostError.h"
 #include "Host/ImageFiles/ImageFiles.h"
+#include "Tests/Support/CommandFixture.h"
 
 // The built command, run as its users run it.
 
@@ -34,76 +34,9 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
-struct Outcome {
-    int status = -1;  // exit status, or -1 when a signal ended it
-    int signal = 0;
-    std::string out, error;
-};
-
-std::string contents(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
-
-class Command : public ::testing::Test {
+class Command : public CommandFixture {
 protected:
-    Command() {
-        std::string name = (std::filesystem::temp_directory_path() / "tessavoy-command-XXXXXX").string();
-        folder = ::mkdtemp(name.data());
-        std::filesystem::create_directory(folder / "out");
-        scene = nlohmann::json::parse(R"({
-            "tessavoy": 1,
-            "composition": { "width": 64, "height": 36, "frameRate": 25, "duration": 0.4 },
-            "layers": [ { "name": "Plate", "solid": [0, 0, 0, 255], "width": 64, "height": 36 } ],
-            "effect": { "layer": "Plate", "parameters": { "CountX": 3, "CountY": 2, "GridWidth": 40, "GridHeight": 20 } }
-        })");
-    }
-    ~Command() override { std::filesystem::remove_all(folder); }
-
-    // Starts the command in the test's folder, its outputs going to files.
-    pid_t start(const std::string& arguments, const std::string& redirection = ">stdout",
-                const std::string& before = "") {
-        std::ofstream(folder / "scene.json") << scene.dump();
-        const std::string line =
-            before + "exec '" TESSAVOY_COMMAND "' " + arguments + " " + redirection + " 2>stderr </dev/null";
-        const pid_t child = ::fork();
-        if (child == 0) {
-            if (::chdir(folder.c_str()) == 0) {
-                ::execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
-            }
-            ::_exit(127);
-        }
-        return child;
-    }
-
-    Outcome wait(pid_t child) const {
-        int state = 0;
-        ::waitpid(child, &state, 0);
-        Outcome outcome;
-        outcome.status = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
-        outcome.signal = WIFSIGNALED(state) ? WTERMSIG(state) : 0;
-        outcome.out = contents(folder / "stdout");
-        outcome.error = contents(folder / "stderr");
-        return outcome;
-    }
-
-    Outcome run(const std::string& arguments) { return wait(start(arguments)); }
-
-    static std::string lastLine(const Outcome& outcome) {
-        const auto lines = linesOf(outcome.error);
-        return lines.empty() ? "" : lines.back();
-    }
+    Command() { std::filesystem::create_directory(folder / "out"); }
 
     std::vector<std::string> outputFiles() const {
         std::vector<std::string> names;
@@ -145,9 +78,6 @@ protected:
         scene["effect"]["parameters"]["CountX"] = 5000;
         scene["effect"]["parameters"]["CountY"] = 2000;
     }
-
-    std::filesystem::path folder;
-    nlohmann::json scene;
 };
 
 TEST_F(Command, RendersAllFrames) {

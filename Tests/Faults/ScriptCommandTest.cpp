@@ -1,16 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
+
+#include "Tests/Support/CommandFixture.h"
 
 // What the built command tells of scripts, run as its users run it.
 
@@ -25,60 +22,20 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-struct Outcome {
-    int status = -1;
-    std::string out, error;
+// Of standard error: how many begin so.
+long linesThatBegin(const Outcome& outcome, const std::string& text) {
+    const auto all = linesOf(outcome.error);
+    return std::count_if(all.begin(), all.end(), [&](const std::string& line) { return line.starts_with(text); });
+}
 
-    std::vector<std::string> lines() const {
-        std::vector<std::string> all;
-        std::istringstream stream(error);
-        for (std::string line; std::getline(stream, line);) {
-            all.push_back(line);
-        }
-        return all;
-    }
-    // Of standard error: how many begin so.
-    long linesThatBegin(const std::string& text) const {
-        const auto all = lines();
-        return std::count_if(all.begin(), all.end(), [&](const std::string& line) { return line.starts_with(text); });
-    }
-};
-
-class ScriptCommand : public ::testing::Test {
+class ScriptCommand : public CommandFixture {
 protected:
-    ScriptCommand() {
-        std::string name = (std::filesystem::temp_directory_path() / "tessavoy-script-XXXXXX").string();
-        folder = ::mkdtemp(name.data());
-        scene = nlohmann::json::parse(R"({
-            "tessavoy": 1,
-            "composition": { "width": 64, "height": 36, "frameRate": 25, "duration": 0.4 },
-            "layers": [ { "name": "Plate", "solid": [0, 0, 0, 255], "width": 64, "height": 36 } ],
-            "effect": { "layer": "Plate", "parameters": { "CountX": 3, "CountY": 2, "GridWidth": 40, "GridHeight": 20 } }
-        })");
-    }
-    ~ScriptCommand() override { std::filesystem::remove_all(folder); }
-
     void script(const std::string& text) {
         file("wave.lua", text);
         scene["effect"]["script"] = "wave.lua";
     }
 
     void file(const std::string& name, const std::string& text) const { std::ofstream(folder / name) << text; }
-
-    Outcome run(const std::string& arguments) const {
-        file("scene.json", scene.dump());
-        const std::string line =
-            "cd '" + folder.string() + "' && exec '" TESSAVOY_COMMAND "' " + arguments + " >stdout 2>stderr </dev/null";
-        const int state = std::system(line.c_str());
-        return {WIFEXITED(state) ? WEXITSTATUS(state) : -1, contents("stdout"), contents("stderr")};
-    }
-
-    std::string contents(const std::string& name) const {
-        std::ifstream stream(folder / name, std::ios::binary);
-        std::ostringstream text;
-        text << stream.rdbuf();
-        return text.str();
-    }
 
     // Names of the pictures.
     std::vector<std::string> pictures() const {
@@ -91,9 +48,6 @@ protected:
         std::sort(names.begin(), names.end());
         return names;
     }
-
-    std::filesystem::path folder;
-    nlohmann::json scene;
 };
 
 TEST_F(ScriptCommand, ARightScriptIsChecked) {
@@ -139,9 +93,9 @@ TEST_F(ScriptCommand, RenderTellsItOnceAndGoesOnWithoutTheScript) {
     script("x = = 1");
     const auto outcome = run("render scene.json -o - --progress none --threads 2");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.lines(),
+    EXPECT_THAT(linesOf(outcome.error),
                 Contains("wave.lua:1: unexpected symbol near '='; the frames are rendered without the script"));
-    EXPECT_EQ(outcome.linesThatBegin("wave.lua"), 1);
+    EXPECT_EQ(linesThatBegin(outcome, "wave.lua"), 1);
     EXPECT_EQ(outcome.out.size(), 10u * 64u * 36u * 4u);
     EXPECT_EQ(outcome.out, without.out);
 }
@@ -150,7 +104,7 @@ TEST_F(ScriptCommand, StrictRenderingStopsBeforeTheFirstFrame) {
     script("x = = 1");
     const auto outcome = run("render scene.json -o '##.png' --strict");
     EXPECT_EQ(outcome.status, 3);
-    EXPECT_THAT(outcome.lines(), Contains("tessavoy: wave.lua:1: unexpected symbol near '='"));
+    EXPECT_THAT(linesOf(outcome.error), Contains("tessavoy: wave.lua:1: unexpected symbol near '='"));
     EXPECT_THAT(pictures(), IsEmpty());
 }
 
@@ -177,8 +131,8 @@ TEST_F(ScriptCommand, TheOptionsScriptIsNamedInMessages) {
     script("x = = 1");
     file("other.lua", "y = = 1");
     const auto outcome = run("render scene.json -o '##.png' --frames 0 --script other.lua");
-    EXPECT_EQ(outcome.linesThatBegin("other.lua:1: "), 1);
-    EXPECT_EQ(outcome.linesThatBegin("wave.lua"), 0);
+    EXPECT_EQ(linesThatBegin(outcome, "other.lua:1: "), 1);
+    EXPECT_EQ(linesThatBegin(outcome, "wave.lua"), 0);
 }
 
 // The column of the cell and the frame that it fails in are the script's own choice.
@@ -188,7 +142,7 @@ TEST_F(ScriptCommand, AFailureInAFrameIsToldWithTheUsersLine) {
     script(failsFromFrame4);
     const auto outcome = run("render scene.json -o '##.png' --progress none");
     EXPECT_EQ(outcome.status, 0);
-    const auto lines = outcome.lines();
+    const auto lines = linesOf(outcome.error);
     const auto told =
         std::find(lines.begin(), lines.end(), "frame 4: Failed to execute the script (i=2, j=0, frame=4)");
     ASSERT_NE(told, lines.end()) << outcome.error;
@@ -202,8 +156,8 @@ TEST_F(ScriptCommand, AFailureOnSeveralThreadsIsToldOnce) {
     script("x = nothing.here");
     const auto outcome = run("render scene.json -o '##.png' --progress none --threads 4");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.linesThatBegin("wave.lua:1: attempt to index"), 1) << outcome.error;
-    EXPECT_EQ(outcome.linesThatBegin("the script failed in frame"), 1) << outcome.error;
+    EXPECT_EQ(linesThatBegin(outcome, "wave.lua:1: attempt to index"), 1) << outcome.error;
+    EXPECT_EQ(linesThatBegin(outcome, "the script failed in frame"), 1) << outcome.error;
 }
 
 // No frame that lacks the script is taken for a good one, on however many threads.
@@ -213,8 +167,8 @@ TEST_F(ScriptCommand, StrictRenderingFailsEveryFrameThatTheScriptFailsIn) {
         const auto outcome =
             run("render scene.json -o '##.png' --strict --existing overwrite --threads " + std::string(threads));
         EXPECT_EQ(outcome.status, 1);
-        EXPECT_EQ(outcome.lines().back(), "frames: 4 written, 0 skipped, 6 failed (4-9)") << threads;
-        EXPECT_EQ(outcome.linesThatBegin("frame 9: failed: Failed to execute the script (i=2, j=0, frame=9)"), 1);
+        EXPECT_EQ(lastLine(outcome), "frames: 4 written, 0 skipped, 6 failed (4-9)") << threads;
+        EXPECT_EQ(linesThatBegin(outcome, "frame 9: failed: Failed to execute the script (i=2, j=0, frame=9)"), 1);
         EXPECT_THAT(pictures(), ElementsAre("00.png", "01.png", "02.png", "03.png"));
     }
 }
