@@ -1,10 +1,6 @@
 #include "Source/Evaluate/HspColorAvx2.h"
 
-#include "Source/Evaluate/VectorLanes.h"
-
-#if TESSAVOY_HAS_AVX2_CODE
-#include <immintrin.h>
-#endif
+#include "Source/Evaluate/FourDoubles.h"
 
 #include <limits>
 
@@ -13,10 +9,6 @@ namespace Tessavoy {
 #if TESSAVOY_HAS_AVX2_CODE
 
 namespace {
-
-constexpr int vectorLanes = 4;
-
-using Doubles = __m256d;
 
 /// All bits of a lane set or none.
 using Mask = __m256d;
@@ -28,10 +20,6 @@ struct HspColors {
 struct Channels {
     Doubles red, green, blue;
 };
-
-TESSAVOY_TARGET_AVX2 inline Doubles all(double value) {
-    return _mm256_set1_pd(value);
-}
 
 TESSAVOY_TARGET_AVX2 inline Doubles choose(Mask mask, Doubles where, Doubles elsewhere) {
     return _mm256_blendv_pd(elsewhere, where, mask);

@@ -1,10 +1,6 @@
 #include "Source/Evaluate/PerlinTableAvx2.h"
 
-#include "Source/Evaluate/VectorLanes.h"
-
-#if TESSAVOY_HAS_AVX2_CODE
-#include <immintrin.h>
-#endif
+#include "Source/Evaluate/FourDoubles.h"
 
 namespace Tessavoy {
 
@@ -12,9 +8,6 @@ namespace Tessavoy {
 
 namespace {
 
-constexpr int vectorLanes = 4;
-
-using Doubles = __m256d;
 using Words = __m256i;
 
 /// One coordinate of each point taken apart: the lattice cell modulo 256, the place in the cell and its fade curve.
@@ -26,10 +19,6 @@ struct Axis {
 
 /// Two neighbouring entries of the table for each point, the first in the low half of its 64 bits.
 using EntryPairs = Words;
-
-TESSAVOY_TARGET_AVX2 inline Doubles all(double value) {
-    return _mm256_set1_pd(value);
-}
 
 /// Exact for every finite value; the conversion of NaN gives a number whose low bits are zero.
 TESSAVOY_TARGET_AVX2 inline Words latticeCell(Doubles whole) {

@@ -7,7 +7,7 @@
 #include <map>
 #include <memory>
 
-#include "HostInterface/SuiteIdentity.h"
+#include "Tests/Support/SuiteTable.h"
 
 namespace Tessavoy {
 
@@ -83,12 +83,6 @@ PF_Err constSequenceData(PF_ProgPtr effect, PF_ConstHandle* data) {
     EXPECT_EQ(effect, host->inData.effect_ref);
     *data = const_cast<PF_ConstHandle>(reinterpret_cast<const PF_ConstPtr*>(host->constSequenceData));
     return host->constSequenceError;
-}
-
-template <class Suite>
-const void* tableFor(const char* name, std::int32_t version, const Suite& table) {
-    const bool same = std::string(SuiteIdentity<Suite>::name) == name && SuiteIdentity<Suite>::version == version;
-    return same ? &table : nullptr;
 }
 
 const void* findTable(const char* name, std::int32_t version) {

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <utility>
 
-#include "HostInterface/SuiteIdentity.h"
+#include "Tests/Support/SuiteTable.h"
 
 namespace Tessavoy {
 
@@ -114,12 +114,6 @@ PF_Err cleanUp(PF_ProgPtr effect, PF_PathOutlinePtr path, A_long segment, PF_Pat
     host->preparations.erase(*handle);
     *handle = nullptr;
     return host->note({"PF_PathCleanupSegLength", segment});
-}
-
-template <class Suite>
-const void* tableFor(const char* name, std::int32_t version, const Suite& table) {
-    const bool same = std::string(SuiteIdentity<Suite>::name) == name && SuiteIdentity<Suite>::version == version;
-    return same ? &table : nullptr;
 }
 
 const void* findTable(const char* name, std::int32_t version) {

@@ -1,11 +1,10 @@
 #include "Tests/Unit/Script/FakePaths.h"
 
-#include "HostInterface/SuiteIdentity.h"
+#include "Tests/Support/SuiteTable.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <string_view>
 
 namespace Tessavoy {
 
@@ -89,11 +88,6 @@ PF_Err cleanupSegLength(PF_ProgPtr, PF_PathOutlinePtr, A_long, PF_PathSegPrepPtr
     return 0;
 }
 
-template <class Suite>
-bool isNamed(std::string_view name, std::int32_t version) {
-    return name == SuiteIdentity<Suite>::name && version == SuiteIdentity<Suite>::version;
-}
-
 const void* pathSuite(const char* name, std::int32_t version) {
     static const PF_PathQuerySuite1 query = [] {
         PF_PathQuerySuite1 table{};
@@ -111,10 +105,8 @@ const void* pathSuite(const char* name, std::int32_t version) {
         table.PF_PathCleanupSegLength = cleanupSegLength;
         return table;
     }();
-    if (isNamed<PF_PathQuerySuite1>(name, version)) {
-        return &query;
-    }
-    return isNamed<PF_PathDataSuite1>(name, version) ? &data : nullptr;
+    const void* table = tableFor(name, version, query);
+    return table != nullptr ? table : tableFor(name, version, data);
 }
 
 SPErr acquireSuite(const char* name, std::int32_t version, const void** suite) {
