@@ -197,6 +197,17 @@ ParameterValue ParameterValues::at(int index, double time) const {
     return valueAt(parameter.track, time, parameter.blends);
 }
 
+ParameterTrack ParameterValues::saved(int index) const {
+    const Parameter& parameter = mParameters.at(static_cast<std::size_t>(index));
+    const ArbitraryCalls calls(mHost, mHost.parameters()[static_cast<std::size_t>(index)]);
+    ParameterTrack track = parameter.track;
+    for (std::size_t key = 0; key < parameter.handles.size(); ++key) {
+        if (parameter.handles[key] != nullptr)
+            track.keys[key].value = ArbitraryValue{calls.flatten(parameter.handles[key])};
+    }
+    return track;
+}
+
 std::shared_ptr<void> ParameterValues::arbitraryAt(int index, double time) const {
     const Parameter& parameter = mParameters.at(static_cast<std::size_t>(index));
     const KeySpan span = locate(parameter.track, time, parameter.blends);

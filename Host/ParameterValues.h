@@ -44,6 +44,10 @@ public:
     // Throws HostCallFailure.
     std::shared_ptr<void> arbitraryAt(int index, double time) const;
 
+    // The parameter's keys as a project saves them: arbitrary data in the flat form that the module gives it now.
+    // Throws HostCallFailure.
+    ParameterTrack saved(int index) const;
+
 private:
     struct Parameter {
         ParameterTrack track;

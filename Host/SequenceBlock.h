@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,5 +16,13 @@ namespace TessavoyHost {
 // names.
 std::vector<std::byte> sequenceBlock(const std::string& script, const std::map<std::int32_t, std::string>& names,
                                      std::uint32_t version);
+
+struct SequenceTexts {
+    std::string script;
+    std::map<std::int32_t, std::string> names;  // by disk id
+};
+
+// The texts of such a block; nothing for bytes that are none.
+std::optional<SequenceTexts> readSequenceBlock(std::span<const std::byte> block);
 
 }  // namespace TessavoyHost

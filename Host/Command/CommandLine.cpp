@@ -12,6 +12,7 @@
 #include "Host/Command/ParameterListing.h"
 #include "Host/Command/RenderCommand.h"
 #include "Host/Command/RenderOptions.h"
+#include "Host/Command/SaveCommand.h"
 #include "Host/Command/SceneSchema.h"
 #include "Host/Command/StandardError.h"
 #include "Host/Scene/Nearest.h"
@@ -31,6 +32,7 @@ public:
         mApp.footer(example("render scene.json -o frames/out.####.png"));
         addRender();
         addCheck();
+        addSave();
         addParameters();
         addSchema();
         addAbout();
@@ -109,6 +111,19 @@ private:
         addModule(check);
     }
 
+    void addSave() {
+        auto* save = addSubcommand(
+            "save", "the parameters and sequence data in their saved forms, for \"project\" in a scene",
+            " scene.json -o saved.bin", [this] { return saveScene(mOptions.scene, mOptions.module, mFile); });
+        addScene(save);
+        save->add_option_function<std::string>(
+                "-o,--output", [this](const std::string& value) { mFile = value; },
+                "the file; one that is there is replaced")
+            ->type_name("FILE")
+            ->required();
+        addModule(save);
+    }
+
     ExitStatus printFromModule(const std::function<std::string(const ParameterTable&)>& text) {
         LoadedModule module(mOptions.module);
         return decideStatus([&] {
@@ -185,6 +200,7 @@ private:
 
     OutputChannel& mOutput;
     RenderOptions mOptions;
+    std::filesystem::path mFile;  // that a command writes, other than frames
     std::function<std::string(const ParameterTable&)> mListing = parametersAsText;
     std::function<ExitStatus()> mAction;
     CLI::App mApp{"Renders scenes with the Tessavoy effect.", "tessavoy"};

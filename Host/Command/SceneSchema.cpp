@@ -189,7 +189,8 @@ Json effectSchema(const ParameterTable& table, SchemaPool& pool) {
                           {"parameters", parametersSchema(table, pool)},
                           {"names", namesSchema(table)},
                           {"script", described(nonEmptyText, "a file with the script")},
-                          {"scriptText", {{"type", "string"}}}},
+                          {"scriptText", {{"type", "string"}}},
+                          {"project", described(nonEmptyText, "a file that tessavoy save wrote, to start from")}},
                          Json::array({"layer"}));
     effect["not"] = {{"required", {"script", "scriptText"}}};
     return effect;

@@ -6,6 +6,7 @@
 
 #include "Host/Scene/Files.h"
 #include "Host/Scene/Nearest.h"
+#include "Host/Scene/SavedProject.h"
 #include "Host/Scene/Tracks.h"
 
 namespace TessavoyHost {
@@ -51,12 +52,25 @@ void readParameters(const JsonNode& node, const ParameterTable& table, const Sce
     }
 }
 
-// The names of slots, which must differ within a family.
+// The names of slots, which must differ within a family, also from those that a saved project gave to other slots.
 class SlotNames {
 public:
-    explicit SlotNames(const ParameterTable& table) : mSlots(table.slots()) {}
+    SlotNames(const ParameterTable& table, Project& project) : mSlots(table.slots()), mProject(project) {}
 
-    void read(const std::string& id, const JsonNode& node, Project& project) {
+    void read(const JsonNode& node) {
+        for (const CustomSlot& slot : mSlots) {
+            const auto saved = mProject.slotNames.find(slot.diskId);
+            if (saved != mProject.slotNames.end() && !node.json().contains(slot.id)) {
+                mTaken.insert({slot.family, saved->second});
+            }
+        }
+        for (const auto& [id, value] : node.json().items()) {
+            readOne(id, node.child(id));
+        }
+    }
+
+private:
+    void readOne(const std::string& id, const JsonNode& node) {
         const auto slot =
             std::find_if(mSlots.begin(), mSlots.end(), [&id](const CustomSlot& known) { return known.id == id; });
         if (slot == mSlots.end()) {
@@ -65,11 +79,10 @@ public:
         }
         const auto name = node.name();
         if (name && isUsable(node, slot->family, *name)) {
-            project.slotNames[slot->diskId] = *name;
+            mProject.slotNames[slot->diskId] = *name;
         }
     }
 
-private:
     bool isUsable(const JsonNode& node, const std::string& family, const std::string& name) {
         if (name.size() > longestSlotName) {
             node.problem("has " + std::to_string(name.size()) + " bytes; a name has at most " +
@@ -92,6 +105,7 @@ private:
     }
 
     std::vector<CustomSlot> mSlots;
+    Project& mProject;
     std::set<std::pair<std::string, std::string>> mTaken;
 };
 
@@ -100,10 +114,7 @@ void readNames(const JsonNode& node, const ParameterTable& table, Project& proje
         node.wrongType("an object");
         return;
     }
-    SlotNames names(table);
-    for (const auto& [id, value] : node.json().items()) {
-        names.read(id, node.child(id), project);
-    }
+    SlotNames(table, project).read(node);
 }
 
 void readScript(const JsonObject& effect, const std::filesystem::path& folder, SceneScript use, Project& project) {
@@ -155,7 +166,7 @@ std::optional<ParameterTrack> readParameter(const std::string& id, const JsonNod
 
 std::optional<std::string> readScriptFile(const std::filesystem::path& file, std::string& problem) {
     std::string reason;
-    auto script = readTextFile(file, reason);
+    auto script = readFile(file, reason);
     if (script && script->find('\0') != std::string::npos) {
         reason = "holds a zero byte, and is no script";
         script.reset();
@@ -170,6 +181,11 @@ void readEffect(const JsonNode& node, const std::filesystem::path& folder, const
                 const SceneNames& names, SceneScript script, Project& project) {
     const JsonObject effect(node, {"layer", "parameters", "names", "script", "scriptText", "project"});
     project.effectLayer = readEffectLayer(effect, names.layers);
+    if (const auto saved = effect.find("project")) {
+        if (const auto file = saved->name()) {
+            readSavedProject(*saved, folder / pathFromUtf8(*file), table, names, project);
+        }
+    }
     if (const auto parameters = effect.find("parameters")) {
         readParameters(*parameters, table, names, project);
     }
@@ -177,9 +193,6 @@ void readEffect(const JsonNode& node, const std::filesystem::path& folder, const
         readNames(*slotNames, table, project);
     }
     readScript(effect, folder, script, project);
-    if (const auto saved = effect.find("project")) {
-        saved->problem("this version can't read saved projects yet");
-    }
 }
 
 }  // namespace TessavoyHost

@@ -19,8 +19,8 @@ inline constexpr std::size_t longestSlotName = 31;
 // Whether the scene's script counts. One that is replaced must be named rightly, but its file is left alone.
 enum class SceneScript { Read, Replaced };
 
-// Reads the "effect" part of a scene into the project: effectLayer, parameters, slotNames and script. The script's file
-// is relative to the folder.
+// Reads the "effect" part of a scene into the project: effectLayer, parameters, slotNames and script. What the scene
+// gives itself takes the place of what the saved project that it names holds. Files are relative to the folder.
 void readEffect(const JsonNode& node, const std::filesystem::path& folder, const ParameterTable& table,
                 const SceneNames& names, SceneScript script, Project& project);
 

@@ -16,7 +16,7 @@ std::string utf8(const std::filesystem::path& path) {
     return std::string(text.begin(), text.end());
 }
 
-std::optional<std::string> readTextFile(const std::filesystem::path& file, std::string& reason) {
+std::optional<std::string> readFile(const std::filesystem::path& file, std::string& reason) {
     std::error_code ignored;
     if (std::filesystem::is_directory(file, ignored)) {
         reason = "is a folder";

@@ -44,6 +44,8 @@ public:
     std::optional<std::vector<JsonNode>> elements() const;
 
     JsonNode child(const std::string& key) const;  // the key must be there
+    // A value of another file, whose problems go to the same list. It must outlive the node.
+    JsonNode elsewhere(const nlohmann::json& value, Place place) const { return {value, std::move(place), *mProblems}; }
 
     // The text's place in the words, counted from 0.
     std::optional<int> word(const std::vector<std::string>& words) const;

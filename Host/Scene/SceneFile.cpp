@@ -76,7 +76,7 @@ SceneNames readParts(const JsonNode& root, const std::filesystem::path& folder, 
 
 SceneText loadSceneText(const std::filesystem::path& file) {
     std::string reason;
-    auto json = readTextFile(file, reason);
+    auto json = readFile(file, reason);
     if (!json) {
         throw HostError(ExitStatus::Scene, utf8(file) + ": " + reason);
     }

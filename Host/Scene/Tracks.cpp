@@ -51,6 +51,10 @@ std::optional<ParameterTrack> readKeys(const JsonNode& node, const ValueReader& 
 
 }  // namespace
 
+const std::string& easeWord(Ease ease) {
+    return easeWords.at(static_cast<std::size_t>(ease));
+}
+
 std::optional<ParameterTrack> readTrack(const JsonNode& node, OverTime overTime, const ValueReader& readValue) {
     if (node.json().is_object() && node.json().contains("keys")) {
         if (overTime == OverTime::MayVary) {

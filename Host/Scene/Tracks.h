@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "Host/Project.h"
 #include "Host/Scene/JsonNode.h"
@@ -9,6 +10,9 @@
 namespace TessavoyHost {
 
 using ValueReader = std::function<std::optional<ParameterValue>(const JsonNode&)>;
+
+// "linear", "hold" or "smooth".
+const std::string& easeWord(Ease ease);
 
 enum class OverTime { MayVary, Fixed };
 

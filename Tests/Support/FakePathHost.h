@@ -1,18 +1,11 @@
 #pragma once
 
-#include <functional>
-#include <map>
-#include <memory>
-#include <optional>
-#include <ostream>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "HostInterface/Effect.h"
-#include "HostInterface/Suites.h"
-#include "Source/Path.h"
+#include "Tests/Support/FakePathSuites.h"
 
 namespace Tessavoy {
 
@@ -22,23 +15,7 @@ namespace Tessavoy {
 /// gave out, and at its end when something was not given back.
 class FakePathHost {
 public:
-    /// A call, with the segment that it asks about and its frequency (preparing) or distance (evaluating).
-    struct Call {
-        std::string_view name;  ///< outlives the host
-        A_long segment = 0;
-        double number = 0;
-
-        friend bool operator==(const Call&, const Call&) = default;
-        friend std::ostream& operator<<(std::ostream& out, const Call& call) {
-            return out << call.name << " " << call.segment << " " << call.number;
-        }
-    };
-
-    struct Segment {
-        double roughLength = 0;  ///< what its first preparation after a checkout measures
-        double length = 0;       ///< what its second one measures
-        std::function<PathPoint(double distance)> pointAt;
-    };
+    using Call = FakePathCall;
 
     static constexpr PF_PathID id = 7;
     static constexpr A_long currentTime = 1200;
@@ -54,17 +31,9 @@ public:
     FakePathHost(const FakePathHost&) = delete;
     FakePathHost& operator=(const FakePathHost&) = delete;
 
-    /// A straight segment that both preparations measure alike.
-    static Segment line(PathPoint from, PathPoint to);
-
-    /// Appends straight segments through the points, the first of which becomes vertex 0.
-    void addLines(const std::vector<PathPoint>& points);
-
     PF_InData inData{};
-    PathPoint firstVertex;
-    std::vector<Segment> segments;
-    /// What PF_PathNumSegments answers instead of the truth.
-    std::optional<A_long> reportedSegments;
+    FakePathSuites pathSuites{inData, [this](const Call& call) { return note(call); }};
+    FakePath& path = pathSuites.paths[id];
 
     /// Suites that the host lacks, by name.
     std::set<std::string> absentSuites;
@@ -83,21 +52,12 @@ public:
     int countOf(std::string_view name) const;
 
     /// What is out at the moment.
-    int livePaths() const { return pathCount; }
-    int livePreparations() const { return static_cast<int>(preparations.size()); }
+    int livePaths() const { return pathSuites.livePaths(); }
+    int livePreparations() const { return pathSuites.livePreparations(); }
     int liveSuites() const { return suiteCount; }
 
-    /// For the host's functions: what a handle of a prepared segment stands for.
-    struct Preparation {
-        A_long segment;
-        bool rough;
-    };
     /// For the host's functions: notes a call and gives its result.
     PF_Err note(Call call);
-
-    std::map<PF_PathSegPrepPtr, std::unique_ptr<Preparation>> preparations;
-    std::map<A_long, int> preparationsOfSegment;
-    int pathCount = 0;
     int suiteCount = 0;
 
 private:

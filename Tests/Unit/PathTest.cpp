@@ -40,7 +40,7 @@ std::vector<double> keysOf(const PathTable& table) {
 // 12 pixels at a step of 5: 2.4 cut to 2, plus 1, are 3 points; 3 pixels have 1.
 TEST(PathTableBuild, CallsTheHostInItsOrderAndKeysItsPointsByDistance) {
     FakePathHost host;
-    host.addLines({{10, 20}, {22, 20}, {22, 23}});
+    host.path.addLines({{10, 20}, {22, 20}, {22, 23}});
     const PathTable table = build(host);
 
     const std::vector<FakePathHost::Call> expected = {{querySuite},
@@ -80,7 +80,7 @@ TEST(PathTableBuild, ASegmentHasItsLengthOverTheStepCutOffPlusOnePoints) {
     for (const auto& [length, count] : std::vector<std::pair<double, int>>{
              {0.01, 1}, {4.99, 1}, {5, 2}, {9.99, 2}, {10, 3}, {499.9, 100}, {500, 101}}) {
         FakePathHost host;
-        host.addLines({{0, 0}, {length, 0}});
+        host.path.addLines({{0, 0}, {length, 0}});
         build(host);
         EXPECT_EQ(host.countOf("PF_PathEvalSegLength"), count) << length;
     }
@@ -88,7 +88,7 @@ TEST(PathTableBuild, ASegmentHasItsLengthOverTheStepCutOffPlusOnePoints) {
 
 TEST(PathTableBuild, TheStepIsTheCallersOwn) {
     FakePathHost host;
-    host.addLines({{0, 0}, {30, 0}});
+    host.path.addLines({{0, 0}, {30, 0}});
     const PathTable table = PathTable::build(&host.inData, FakePathHost::id, 16);
     EXPECT_EQ(keysOf(table), (std::vector<double>{0, 15, 30}));
 }
@@ -96,8 +96,8 @@ TEST(PathTableBuild, TheStepIsTheCallersOwn) {
 // 100 / 5 + 1 points, 50 / 21 apart.
 TEST(PathTableBuild, TheRoughLengthOnlyChoosesTheNumberOfPoints) {
     FakePathHost host;
-    host.addLines({{0, 0}, {50, 0}});
-    host.segments[0].roughLength = 100;
+    host.path.addLines({{0, 0}, {50, 0}});
+    host.path.segments[0].roughLength = 100;
     const PathTable table = build(host);
     EXPECT_EQ(table.length(), 50);
     ASSERT_EQ(table.points().size(), 22u);
@@ -111,7 +111,7 @@ TEST(PathTableBuild, TheRoughLengthOnlyChoosesTheNumberOfPoints) {
 
 TEST(PathTableBuild, APathWithoutSegmentsIsEmptyAndIsAskedForNoVertex) {
     FakePathHost host;
-    host.firstVertex = {3, 4};
+    host.path.firstVertex = {3, 4};
     const PathTable table = build(host);
     EXPECT_TRUE(table.points().empty());
     EXPECT_EQ(table.length(), 0);
@@ -126,11 +126,11 @@ TEST(PathTableBuild, APathWithoutSegmentsIsEmptyAndIsAskedForNoVertex) {
 // The later point takes the key: (3, 4) at 0 gives way to the end of the segment, wherever the host puts that.
 TEST(PathTableBuild, AZeroLengthSegmentOverwritesThePointBeforeIt) {
     FakePathHost host;
-    host.firstVertex = {3, 4};
-    host.segments.push_back({0, 0, [](double) { return PathPoint{5, 6}; }});
-    host.segments.push_back(FakePathHost::line({5, 6}, {9, 6}));
-    host.segments.push_back({0, 0, [](double) { return PathPoint{9, 7}; }});
-    host.segments.push_back(FakePathHost::line({9, 7}, {9, 11}));
+    host.path.firstVertex = {3, 4};
+    host.path.segments.push_back({0, 0, [](double) { return PathPoint{5, 6}; }});
+    host.path.segments.push_back(FakePath::line({5, 6}, {9, 6}));
+    host.path.segments.push_back({0, 0, [](double) { return PathPoint{9, 7}; }});
+    host.path.segments.push_back(FakePath::line({9, 7}, {9, 11}));
     const PathTable table = build(host);
     EXPECT_EQ(keysOf(table), (std::vector<double>{0, 4, 8}));
     expectPoint(table.points().at(0), 5, 6);
@@ -141,7 +141,7 @@ TEST(PathTableBuild, AZeroLengthSegmentOverwritesThePointBeforeIt) {
 
 TEST(PathTableBuild, APathOfNoLengthIsOnePoint) {
     FakePathHost host;
-    host.addLines({{3, 4}, {3, 4}, {3, 4}});
+    host.path.addLines({{3, 4}, {3, 4}, {3, 4}});
     const PathTable table = build(host);
     EXPECT_EQ(keysOf(table), std::vector<double>{0});
     for (const double part : {0.0, 0.5, 1.0, -1.0, 2.0, nan, infinity, -infinity}) {
@@ -152,8 +152,8 @@ TEST(PathTableBuild, APathOfNoLengthIsOnePoint) {
 // 1 pixel is less than the spacing of doubles at 1e17, so that both segments end at one key.
 TEST(PathTableBuild, KeysThatRoundingMakesEqualLeaveTheLaterPoint) {
     FakePathHost host;
-    host.segments.push_back({1, 1e17, [](double) { return PathPoint{1, 1}; }});
-    host.segments.push_back({1, 1, [](double) { return PathPoint{2, 2}; }});
+    host.path.segments.push_back({1, 1e17, [](double) { return PathPoint{1, 1}; }});
+    host.path.segments.push_back({1, 1, [](double) { return PathPoint{2, 2}; }});
     const PathTable table = build(host);
     EXPECT_EQ(keysOf(table), (std::vector<double>{0, 1e17}));
     expectPoint(table.sample(1), 2, 2, 0);
@@ -165,7 +165,7 @@ TEST(PathTableBuild, CostsTwoPreparationsASegmentAndOneEvaluationAPoint) {
     for (int i = 0; i <= 40; ++i) {
         corners.push_back({i * 17.0, i % 2 * 9.0});
     }
-    host.addLines(corners);
+    host.path.addLines(corners);
     const PathTable table = build(host);
     EXPECT_EQ(host.countOf(querySuite), 1);
     EXPECT_EQ(host.countOf(dataSuite), 1);
@@ -181,7 +181,7 @@ TEST(PathTableBuild, ReadingAsksNothingOfTheHost) {
     PathTableCache cache;
     {
         FakePathHost host;
-        host.addLines({{0, 0}, {100, 0}});
+        host.path.addLines({{0, 0}, {100, 0}});
         cache.emplace(FakePathHost::id, build(host));
         const std::size_t calls = host.calls.size();
         cache.at(FakePathHost::id).sample(0.5);
@@ -192,7 +192,7 @@ TEST(PathTableBuild, ReadingAsksNothingOfTheHost) {
 
 TEST(PathTableBuild, ANegativeNumberOfSegmentsStopsTheProcess) {
     FakePathHost host;
-    host.reportedSegments = -1;
+    host.path.reportedSegments = -1;
     EXPECT_DEATH(build(host), "numSegments >= 0.*Source/Path.cpp");
 }
 
@@ -201,7 +201,7 @@ class PathTableSample : public testing::Test {
 protected:
     PathTableSample() {
         FakePathHost host;
-        host.addLines({{0, 0}, {100, 0}, {100, 100}, {0, 100}, {0, 0}});
+        host.path.addLines({{0, 0}, {100, 0}, {100, 100}, {0, 100}, {0, 0}});
         mTable = build(host);
     }
 
@@ -218,7 +218,7 @@ TEST_F(PathTableSample, FractionsOfTheLengthLieOnTheSides) {
 
 TEST_F(PathTableSample, TheEndsAreHeldAndNeverWrap) {
     FakePathHost host;
-    host.addLines({{7, 8}, {47, 8}, {47, 38}});
+    host.path.addLines({{7, 8}, {47, 8}, {47, 38}});
     const PathTable open = build(host);
     for (const double part : {0.0, -0.0, -1e-300, -0.5, -1e300, -infinity}) {
         expectPoint(open.sample(part), 7, 8, 0);
@@ -233,19 +233,19 @@ TEST_F(PathTableSample, TheEndsAreHeldAndNeverWrap) {
 // No key is greater than NaN, as none is greater than the length.
 TEST_F(PathTableSample, NaNGivesTheLastPoint) {
     FakePathHost host;
-    host.addLines({{7, 8}, {47, 8}});
+    host.path.addLines({{7, 8}, {47, 8}});
     expectPoint(build(host).sample(nan), 47, 8);
 }
 
 TEST_F(PathTableSample, HalfOfAStraightSegmentIsItsMiddle) {
     FakePathHost host;
-    host.addLines({{20, 30}, {80, 110}});
+    host.path.addLines({{20, 30}, {80, 110}});
     expectPoint(build(host).sample(0.5), 50, 70);
 }
 
 TEST_F(PathTableSample, AShortSegmentIsALineToItsEnd) {
     FakePathHost host;
-    host.addLines({{0, 0}, {3, 4 - 1e-9}});
+    host.path.addLines({{0, 0}, {3, 4 - 1e-9}});
     const PathTable table = build(host);
     EXPECT_EQ(table.points().size(), 2u);
     expectPoint(table.sample(0.2), 0.6, 0.8, 1e-9);
@@ -273,8 +273,8 @@ const std::vector<AbsurdLength> absurdLengths = {
 TEST(PathTableAbsurd, ARoughLengthAsksForAtMost2To20PointsAndAtLeastOne) {
     for (const AbsurdLength& length : absurdLengths) {
         FakePathHost host;
-        host.addLines({{0, 0}, {100, 0}});
-        host.segments[0].roughLength = length.given;
+        host.path.addLines({{0, 0}, {100, 0}});
+        host.path.segments[0].roughLength = length.given;
         const PathTable table = build(host);
         EXPECT_EQ(host.countOf("PF_PathEvalSegLength"), length.points) << length.given;
         EXPECT_EQ(table.length(), 100);
@@ -286,9 +286,9 @@ TEST(PathTableAbsurd, ARoughLengthAsksForAtMost2To20PointsAndAtLeastOne) {
 TEST(PathTableAbsurd, ALengthIsHeldToARangeThatSumsToAFiniteNumber) {
     for (const AbsurdLength& length : absurdLengths) {
         FakePathHost host;
-        host.firstVertex = {1, 1};
+        host.path.firstVertex = {1, 1};
         for (int i = 0; i < 3; ++i) {
-            host.segments.push_back({12, length.given, [](double) { return PathPoint{2, 2}; }});
+            host.path.segments.push_back({12, length.given, [](double) { return PathPoint{2, 2}; }});
         }
         const PathTable table = build(host);
         EXPECT_DOUBLE_EQ(table.length(), 3 * length.held) << length.given;
@@ -302,8 +302,8 @@ TEST(PathTableAbsurd, ALengthIsHeldToARangeThatSumsToAFiniteNumber) {
 
 TEST(PathTableAbsurd, PointsThatAreNoNumbersPassThrough) {
     FakePathHost host;
-    host.firstVertex = {nan, infinity};
-    host.segments.push_back({4, 4, [](double) { return PathPoint{-infinity, nan}; }});
+    host.path.firstVertex = {nan, infinity};
+    host.path.segments.push_back({4, 4, [](double) { return PathPoint{-infinity, nan}; }});
     const PathTable table = build(host);
     EXPECT_EQ(table.sample(-1).y, infinity);
     EXPECT_EQ(table.sample(1).x, -infinity);
@@ -335,7 +335,7 @@ void expectNothingOut(const FakePathHost& host, int n) {
 
 class PathTableFailures : public testing::Test {
 protected:
-    PathTableFailures() { mHost.addLines({{0, 0}, {12, 0}, {12, 3}}); }
+    PathTableFailures() { mHost.path.addLines({{0, 0}, {12, 0}, {12, 3}}); }
 
     void expectFailure(int n) {
         const Failure failure = failureOf(mHost);

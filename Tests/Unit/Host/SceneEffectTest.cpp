@@ -123,11 +123,6 @@ TEST(SceneEffect, AScriptThatCanNotBeUsedIsNamed) {
     EXPECT_THAT(refusal(scene), ElementsAre(place + ".scriptText: stands beside \"script\"; give one of them"));
 }
 
-TEST(SceneEffect, SavedProjectsAreNotReadYet) {
-    EXPECT_THAT(refusal(withEffect("project", "saved.bin")),
-                ElementsAre(place + ".project: this version can't read saved projects yet"));
-}
-
 TEST(SceneParameterTable, NeedsAnIdForEachParameter) {
     const std::vector<RegisteredParameter> two(2);
     EXPECT_NO_THROW(ParameterTable(two, {"A"}));

@@ -60,7 +60,7 @@ BankScene::BankScene() {
         snapshot.Ramp[entry] = handleOf(constantRamp(single));
         snapshot.Gradient[entry] = slot % 2 == 1 ? handleOf(constantGradient(single)) : strayHandle();
         snapshot.Path[entry] = static_cast<A_u_long>(100 + slot);
-        paths.paths[snapshot.Path[entry]] = {{value, 2.0}, {value, 12.0}};
+        paths.paths[snapshot.Path[entry]].addLines({{value, 2.0}, {value, 12.0}});
         snapshot.Point2D.X[entry] = value;
         snapshot.Point3D.X[entry] = value;
     }
@@ -84,7 +84,7 @@ PF_Handle BankScene::handleOf(GradientData gradient) {
 }
 
 bool BankScene::nothingIsLent() const {
-    return host.liveSuites() == 0 && host.liveLocks() == 0 && paths.pathsOut == 0 && paths.preparationsOut == 0 &&
+    return host.liveSuites() == 0 && host.liveLocks() == 0 && paths.livePaths() == 0 && paths.livePreparations() == 0 &&
            layers.suitesOut == 0;
 }
 

@@ -200,7 +200,7 @@ TEST(ScriptGradient, WithoutPointsIsBlack) {
 struct PathScene : ScriptScene {
     PathScene() {
         snapshot.Path[0] = 7;
-        paths.paths[7] = {{10, 20}, {110, 20}, {110, 70}};
+        paths.paths[7].addLines({{10, 20}, {110, 20}, {110, 70}});
     }
 
     void expectPoint(const std::string& call, double x, double y) {
@@ -247,7 +247,7 @@ TEST(ScriptPath, OfNoneIsTheOrigin) {
     EXPECT_EQ(scene.results("GetPath(11, 0.5)"), (Numbers{0, 0}));
     EXPECT_TRUE(scene.paths.checkouts.empty());
     scene.snapshot.Path[1] = 9;
-    scene.paths.paths[9] = {{5, 5}};  // no segment
+    scene.paths.paths[9].addLines({{5, 5}});  // no segment
     EXPECT_EQ(scene.results("GetPath(2, 0.5)"), (Numbers{0, 0}));
 }
 
@@ -255,7 +255,7 @@ TEST(ScriptPath, IsFlattenedOnceAFrame) {
     PathScene scene;
     scene.snapshot.Path[1] = 8;
     scene.snapshot.Path[2] = 7;
-    scene.paths.paths[8] = {{0, 0}, {1, 0}};
+    scene.paths.paths[8].addLines({{0, 0}, {1, 0}});
     ScriptHost host;
     const std::string script = "x = GetPath(1, 0) + GetPath(2, 1) + GetPath(3, 1) + GetPath(1, i)";
     ASSERT_TRUE(host.compile(&scene.host.inData, script.c_str(), &scene.snapshot));
@@ -266,7 +266,7 @@ TEST(ScriptPath, IsFlattenedOnceAFrame) {
     EXPECT_EQ(cell.x, 10.0F + 1.0F + 110.0F + 110.0F);
     // Slots 1 and 3 hold the same path.
     EXPECT_EQ(scene.paths.checkouts, (std::vector<A_u_long>{7, 8}));
-    EXPECT_EQ(scene.paths.pathsOut, 0);
+    EXPECT_EQ(scene.paths.livePaths(), 0);
 }
 
 }  // namespace
