@@ -106,37 +106,24 @@ void makeNoisy(PropertyEvaluator& property) {
     property.Noise.buildTable();
 }
 
-void BM_PropertySingle(benchmark::State& state) {
+/// Times fill(grid, out) for all cells, Out being what one cell gives.
+template <class Out, class Fill>
+void measureCells(benchmark::State& state, Fill fill) {
     const Cells grid;
-    const LayerSlots layers;
-    PropertyEvaluator property(layers);
-    makeNoisy(property);
-    std::array<double, cells> out;
+    std::array<Out, cells> out;
     for (auto step : state) {
-        for (int k = 0; k < cells; ++k) {
-            out[k] = property.evaluate(grid.u[k], grid.v[k]);
-        }
+        fill(grid, out);
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * cells);
 }
-BENCHMARK(BM_PropertySingle);
 
-void BM_PropertyBatch(benchmark::State& state) {
-    const Cells grid;
-    const LayerSlots layers;
+PropertyEvaluator noisyProperty(const LayerSlots& layers) {
     PropertyEvaluator property(layers);
     makeNoisy(property);
-    std::array<double, cells> out;
-    for (auto step : state) {
-        property.evaluate(grid.u.data(), grid.v.data(), out.data(), cells);
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations() * cells);
+    return property;
 }
-BENCHMARK(BM_PropertyBatch);
 
 ColorEvaluator noisyHue(const LayerSlots& layers) {
     ColorEvaluator color(layers);
@@ -145,33 +132,45 @@ ColorEvaluator noisyHue(const LayerSlots& layers) {
     return color;
 }
 
+/// One call a cell.
+template <class Evaluator, class Out>
+void evaluateSingly(const Evaluator& evaluator, const Cells& grid, std::array<Out, cells>& out) {
+    for (int k = 0; k < cells; ++k) {
+        out[k] = evaluator.evaluate(grid.u[k], grid.v[k]);
+    }
+}
+
+/// One call for all.
+template <class Evaluator, class Out>
+void evaluateBatch(const Evaluator& evaluator, const Cells& grid, std::array<Out, cells>& out) {
+    evaluator.evaluate(grid.u.data(), grid.v.data(), out.data(), cells);
+}
+
+void BM_PropertySingle(benchmark::State& state) {
+    const LayerSlots layers;
+    const PropertyEvaluator property = noisyProperty(layers);
+    measureCells<double>(state, [&](const Cells& grid, auto& out) { evaluateSingly(property, grid, out); });
+}
+BENCHMARK(BM_PropertySingle);
+
+void BM_PropertyBatch(benchmark::State& state) {
+    const LayerSlots layers;
+    const PropertyEvaluator property = noisyProperty(layers);
+    measureCells<double>(state, [&](const Cells& grid, auto& out) { evaluateBatch(property, grid, out); });
+}
+BENCHMARK(BM_PropertyBatch);
+
 void BM_ColorSingle(benchmark::State& state) {
-    const Cells grid;
     const LayerSlots layers;
     const ColorEvaluator color = noisyHue(layers);
-    std::array<std::array<float, 4>, cells> out;
-    for (auto step : state) {
-        for (int k = 0; k < cells; ++k) {
-            out[k] = color.evaluate(grid.u[k], grid.v[k]);
-        }
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations() * cells);
+    measureCells<std::array<float, 4>>(state, [&](const Cells& grid, auto& out) { evaluateSingly(color, grid, out); });
 }
 BENCHMARK(BM_ColorSingle);
 
 void BM_ColorBatch(benchmark::State& state) {
-    const Cells grid;
     const LayerSlots layers;
     const ColorEvaluator color = noisyHue(layers);
-    std::array<std::array<float, 4>, cells> out;
-    for (auto step : state) {
-        color.evaluate(grid.u.data(), grid.v.data(), out.data(), cells);
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations() * cells);
+    measureCells<std::array<float, 4>>(state, [&](const Cells& grid, auto& out) { evaluateBatch(color, grid, out); });
 }
 BENCHMARK(BM_ColorBatch);
 

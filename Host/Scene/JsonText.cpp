@@ -4,6 +4,8 @@
 #include <set>
 #include <vector>
 
+#include "Host/Scene/QuietSax.h"
+
 namespace TessavoyHost {
 namespace {
 
@@ -71,20 +73,8 @@ private:
 
 // Goes through a text that the parser refused for a number and notes the first number that no double holds. The
 // parser's own exception doesn't tell where it stands.
-class RangeErrorFinder : public nlohmann::json_sax<nlohmann::json> {
+class RangeErrorFinder : public QuietSax {
 public:
-    bool null() override { return true; }
-    bool boolean(bool) override { return true; }
-    bool number_integer(number_integer_t) override { return true; }
-    bool number_unsigned(number_unsigned_t) override { return true; }
-    bool number_float(number_float_t, const string_t&) override { return true; }
-    bool string(string_t&) override { return true; }
-    bool binary(binary_t&) override { return true; }
-    bool start_object(std::size_t) override { return true; }
-    bool key(string_t&) override { return true; }
-    bool end_object() override { return true; }
-    bool start_array(std::size_t) override { return true; }
-    bool end_array() override { return true; }
     bool parse_error(std::size_t end, const std::string& token, const nlohmann::json::exception&) override {
         number = token;
         firstByte = end - std::min(end, token.size()) + 1;

@@ -11,6 +11,7 @@
 #include "Host/HostCall.h"
 #include "Host/HostError.h"
 #include "Host/Scene/Files.h"
+#include "Host/Scene/QuietSax.h"
 #include "Host/Scene/Tracks.h"
 #include "Host/SequenceBlock.h"
 
@@ -89,21 +90,12 @@ Json parametersAsJson(EffectInstance& instance, const ParameterTable& table) {
 }
 
 // Where the bytes nest deeper than any saved project does, which would have the library's reader call itself as deeply.
-class DepthLimit : public nlohmann::json_sax<Json> {
+class DepthLimit : public QuietSax {
 public:
-    bool null() override { return true; }
-    bool boolean(bool) override { return true; }
-    bool number_integer(number_integer_t) override { return true; }
-    bool number_unsigned(number_unsigned_t) override { return true; }
-    bool number_float(number_float_t, const string_t&) override { return true; }
-    bool string(string_t&) override { return true; }
-    bool binary(binary_t&) override { return true; }
     bool start_object(std::size_t) override { return enter(); }
-    bool key(string_t&) override { return true; }
     bool end_object() override { return leave(); }
     bool start_array(std::size_t) override { return enter(); }
     bool end_array() override { return leave(); }
-    bool parse_error(std::size_t, const std::string&, const Json::exception&) override { return false; }
 
 private:
     static constexpr int deepest = 8;

@@ -59,6 +59,17 @@ protected:
         return false;
     }
 
+    // What a long render leaves that crashes once its first frame is there.
+    Outcome crashInAFrame(const std::string& progress) {
+        scene["composition"]["duration"] = 4000;
+        const pid_t child = start("render scene.json -o 'out/######.png' --progress " + progress);
+        EXPECT_TRUE(waitForFile("out/000000.png"));
+        ::kill(child, SIGSEGV);
+        const Outcome outcome = wait(child);
+        EXPECT_EQ(outcome.status, 1) << "signal " << outcome.signal;
+        return outcome;
+    }
+
     // Each line of a text is a JSON object with an event.
     static void expectEvents(const std::string& text) {
         for (const auto& line : linesOf(text)) {
@@ -303,22 +314,12 @@ TEST_F(Command, ACrashInSetUpIsStatus4) {
 }
 
 TEST_F(Command, ACrashOfAFrameIsStatus1) {
-    scene["composition"]["duration"] = 4000;
-    const pid_t child = start("render scene.json -o 'out/######.png' --progress none");
-    EXPECT_TRUE(waitForFile("out/000000.png"));
-    ::kill(child, SIGSEGV);
-    const auto outcome = wait(child);
-    EXPECT_EQ(outcome.status, 1) << "signal " << outcome.signal;
+    const auto outcome = crashInAFrame("none");
     EXPECT_THAT(lastLine(outcome), AllOf(HasSubstr("frame"), EndsWith(" crashed")));
 }
 
 TEST_F(Command, ACrashOfAFrameEndsTheObjects) {
-    scene["composition"]["duration"] = 4000;
-    const pid_t child = start("render scene.json -o 'out/######.png' --progress json");
-    EXPECT_TRUE(waitForFile("out/000000.png"));
-    ::kill(child, SIGSEGV);
-    const auto outcome = wait(child);
-    EXPECT_EQ(outcome.status, 1) << "signal " << outcome.signal;
+    const auto outcome = crashInAFrame("json");
     EXPECT_THAT(lastLine(outcome), AllOf(HasSubstr("tessavoy: "), EndsWith(" crashed")));
     expectEvents(outcome.out);
     EXPECT_EQ(lastEvent(outcome.out)["event"], "crash");

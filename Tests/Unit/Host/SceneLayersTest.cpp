@@ -39,6 +39,18 @@ json withLayer(const json& layer) {
 
 const std::string place = "scene.json: layers[2]";
 
+// The files whose headers are read for a scene, in order.
+std::vector<std::string> probedFiles(const json& scene, const std::string& file) {
+    std::vector<std::string> probed;
+    ImageAccess images = fakeImages();
+    images.probe = [&probed](const std::filesystem::path& image) {
+        probed.push_back(image.string());
+        return PixelSize{1, 1};
+    };
+    readScene({file, scene.dump()}, fakeTable(), {}, images);
+    return probed;
+}
+
 TEST(SceneLayers, AStillLastsAsLongAsTheComposition) {
     const auto project = readJson(rightScene());
     auto& still = *project.layers.at(0);
@@ -93,16 +105,9 @@ TEST(SceneLayers, AMissingFileIsNamed) {
 }
 
 TEST(SceneLayers, PathsAreRelativeToTheScene) {
-    std::vector<std::string> probed;
-    ImageAccess images = fakeImages();
-    images.probe = [&probed](const std::filesystem::path& file) {
-        probed.push_back(file.string());
-        return PixelSize{1, 1};
-    };
     auto scene = rightScene();
     scene["layers"][1] = {{"name", "Absolute"}, {"image", "/else/where.png"}};
-    readScene({"some/folder/scene.json", scene.dump()}, fakeTable(), {}, images);
-    EXPECT_THAT(probed, ElementsAre("some/folder/plate.png", "/else/where.png"));
+    EXPECT_THAT(probedFiles(scene, "some/folder/scene.json"), ElementsAre("some/folder/plate.png", "/else/where.png"));
 }
 
 TEST(SceneLayers, ALoneHashIsPartOfAStillsName) {
@@ -122,16 +127,10 @@ TEST(SceneLayers, ASequencesNumberStandsInTheFilesName) {
 }
 
 TEST(SceneLayers, FoldersMayLookLikeNumberPlaces) {
-    std::vector<std::string> probed;
-    ImageAccess images = fakeImages();
-    images.probe = [&probed](const std::filesystem::path& file) {
-        probed.push_back(file.string());
-        return PixelSize{1, 1};
-    };
     auto scene = rightScene();
     scene["layers"][1] = {{"name", "S"}, {"image", "p%d/take [##]/walk.###.png"}, {"first", 7}, {"count", 1}};
-    readScene({"shot ##/scene.json", scene.dump()}, fakeTable(), {}, images);
-    EXPECT_THAT(probed, ElementsAre("shot ##/plate.png", "shot ##/p%d/take [##]/walk.007.png"));
+    EXPECT_THAT(probedFiles(scene, "shot ##/scene.json"),
+                ElementsAre("shot ##/plate.png", "shot ##/p%d/take [##]/walk.007.png"));
 }
 
 // At 25 units a second the clock ends at 2147483647 / 25 = 85899345.88 seconds.
