@@ -23,6 +23,13 @@ add_compile_options(
   # Assertions and reports name a file from the repository's root, wherever it was built.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
 
+if(WIN32)
+  # The stack of 64-bit Windows is aligned to 16 bytes, and this compiler moves spilled registers of 32 bytes as if it were
+  # aligned to 32; the assembler is told to write moves that don't care.
+  add_compile_options(-Wa,-muse-unaligned-vector-move)
+  add_compile_definitions(TESSAVOY_UNALIGNED_VECTOR_MOVES)
+endif()
+
 if(TESSAVOY_SANITIZE)
   add_compile_options("-fsanitize=${TESSAVOY_SANITIZE}" -fno-sanitize-recover=all)
   add_link_options("-fsanitize=${TESSAVOY_SANITIZE}")
