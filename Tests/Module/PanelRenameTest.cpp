@@ -287,6 +287,15 @@ TEST_F(PanelRename, NeedsThePluginId) {
     EXPECT_THAT(shownScripts, IsEmpty());
 }
 
+// The editing host's panel isn't arranged, but its buttons do what they say.
+TEST_F(PanelRename, WorksInTheEditingHostToo) {
+    host({.applId = PF_AppID_Editing});
+    const auto instance = instanceNaming({});
+    expectRenamed(rename(*instance, "Layer.Rename10", "Plate"));
+    EXPECT_EQ(itemOf(*instance, "Layer.Custom10").name, "Layer 10 (Plate)");
+    EXPECT_EQ(namesOf(*instance), (Names{{337, "Plate"}}));
+}
+
 // An instance that keeps nothing has no place for a name.
 TEST_F(PanelRename, NeedsSequenceData) {
     const auto instance = instanceNaming({});

@@ -222,6 +222,21 @@ TEST_F(PanelScript, NeedsSequenceDataToStoreIn) {
     EXPECT_THAT(shownScripts[0], HasSubstr("e.text = '';\n"));
 }
 
+TEST_F(PanelScript, NeedsThePluginId) {
+    const auto instance = instanceWith("x = 1");
+    answerDialogs("1y = 2");
+    PF_EventExtra event{};
+    event.e_type = PF_Event_DO_CLICK;
+    event.effect_win.index = parameterIndexOf("Script");
+    CommandContext context(host(), instance.get(), PF_Cmd_EVENT, {});
+    context.in.global_data = nullptr;
+    EXPECT_EQ(context.run(nullptr, nullptr, &event), PF_Err_INTERNAL_STRUCT_DAMAGED);
+    const CommandResult result = context.finish();
+    EXPECT_EQ(result.message, "Failed to get global data while constructing an AEGP effect");
+    EXPECT_THAT(result.broken, IsEmpty());
+    EXPECT_THAT(shownScripts, IsEmpty());
+}
+
 TEST_F(PanelScript, NeedsAHostThatRunsScripts) {
     const auto instance = instanceWith("x = 1");
     const CommandResult result = click(*instance);

@@ -139,6 +139,19 @@ TEST_F(PanelZBounds, AHostCallThatFailsEndsThemWithItsError) {
     }
 }
 
+TEST_F(PanelZBounds, NeedThePluginId) {
+    const auto instance = instanceOf(fourSquaresScene());
+    answerDialogs("1");
+    PF_UserChangedParamExtra extra{parameterIndexOf("ShowZBounds")};
+    CommandContext context(host(), instance.get(), PF_Cmd_USER_CHANGED_PARAM, {});
+    context.in.global_data = nullptr;
+    EXPECT_EQ(context.run(nullptr, nullptr, &extra), PF_Err_INTERNAL_STRUCT_DAMAGED);
+    const CommandResult result = context.finish();
+    EXPECT_EQ(result.message, "Failed to get global data while constructing an AEGP effect");
+    expectCheckoutsAlone(result);
+    EXPECT_TRUE(shownScripts.empty());
+}
+
 TEST_F(PanelZBounds, NeedAHostThatRunsScripts) {
     const auto instance = instanceOf(fourSquaresScene());
     const CommandResult result = change(*instance, "ShowZBounds");
