@@ -8,12 +8,35 @@
 #include "Source/Parameter/SlotNaming.h"
 #include "Source/Parameter/StringTable.h"
 
+#include <string_view>
+
 namespace Tessavoy {
 
 namespace {
 
+/// What must hold for a parameter to be shown.
+enum class ShownWhen {
+    Always,
+    Camera,            ///< the composition's camera is in use
+    Textured,          ///< the shape is a textured quad
+    TexturedGrid,      ///< and the texture is a grid of items
+    TexturedFrames,    ///< and the texture is not the image split over the cells
+    TexturedSequence,  ///< and these frames play as a sequence
+    Polygon,           ///< the shape is a polygon
+    ZBuffer,           ///< the output is the Z buffer
+};
+
+/// A parameter's place in the panel under the present settings.
+struct PanelRow {
+    std::string_view id;  ///< of a group the parameter that starts it
+    ShownWhen shown;
+    A_long label = 0;        ///< row of the text table: the label without a camera; 0: it never changes
+    A_long cameraLabel = 0;  ///< the label with one
+};
+
 using enum ShownWhen;
 
+/// In the order in which the panel is brought up to date.
 constexpr PanelRow rows[] = {
     {"CenterZ", Camera},
     {"Rotation3DX", Camera},
@@ -96,10 +119,6 @@ bool updateRow(PF_InData* inData, SuiteHandler& suites, const PanelRow& row, con
 }
 
 }  // namespace
-
-std::span<const PanelRow> panelRows() {
-    return rows;
-}
 
 PF_Err UpdateParamsUi(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[]) {
     if (!hasStreams(inData)) {

@@ -185,6 +185,50 @@ TEST_F(PanelUpdate, LeavesOtherParametersAsTheyAre) {
     }
 }
 
+// An update that fails at one parameter has done those before it and none of those after it.
+TEST_F(PanelUpdate, GoesThroughThePanelInOrder) {
+    const Settings settings = {.cam = true, .type = 2, .split = 2, .out = 2};
+    struct Step {
+        int index;
+        bool hidden;
+    };
+    std::vector<Step> steps;
+    for (const Row& row : rows)
+        steps.push_back({parameterIndexOf(row.id), !row.shown(settings)});
+    for (const char* kind : kinds) {
+        for (int slot = 1; slot <= 10; ++slot)
+            steps.push_back({parameterIndexOf(buttonId(kind, slot)), true});
+    }
+    const auto instance = instanceOf(sceneWith(settings));
+    for (std::size_t failing = 0; failing < steps.size(); ++failing) {
+        for (const Step& step : steps)
+            instance->panel().hide(step.index, !step.hidden);
+        instance->panel().rename(parameterIndexOf("Rotation"), "Another");
+        host().faults().failNth("AEGP_SetDynamicStreamFlag", static_cast<int>(failing) + 1, PF_Err_INVALID_INDEX);
+        EXPECT_EQ(update(*instance).error, PF_Err_INVALID_INDEX);
+        host().faults().clear();
+        for (std::size_t step = 0; step < steps.size(); ++step) {
+            const bool done = instance->panel().at(steps[step].index).hidden == steps[step].hidden;
+            EXPECT_EQ(done, step < failing) << step << " of an update that fails at " << failing;
+        }
+        // The fourth parameter is shown and then labelled.
+        EXPECT_EQ(itemOf(*instance, "Rotation").name, failing > 3 ? "Grid Rotation Z" : "Another");
+    }
+}
+
+// Slots are labelled when all parameters are shown and hidden.
+TEST_F(PanelUpdate, LabelsSlotsLast) {
+    const auto instance = instanceNaming({{304, "Speed"}, {896, "End"}});
+    host().faults().failNth("AEGP_SetDynamicStreamFlag", 129, PF_Err_INVALID_INDEX);
+    EXPECT_EQ(update(*instance).error, PF_Err_INVALID_INDEX);
+    EXPECT_EQ(itemOf(*instance, "Float.Custom1").name, "Slider 1");
+    host().faults().clear();
+    host().faults().failNth("PF_UpdateParamUI", 2, PF_Err_INVALID_INDEX);
+    EXPECT_EQ(update(*instance).error, PF_Err_INVALID_INDEX);
+    EXPECT_EQ(itemOf(*instance, "Float.Custom1").name, "Slider 1 (Speed)");
+    EXPECT_EQ(itemOf(*instance, "Point3D.Custom3").name, "Point 3D 3");
+}
+
 TEST_F(PanelUpdate, AsksForNewFramesEveryTime) {
     const auto instance = instanceOf(sceneWith({}));
     for (int pass = 0; pass < 2; ++pass) {
