@@ -23,11 +23,13 @@ add_compile_options(
   # Assertions and reports name a file from the repository's root, wherever it was built.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
 
-if(WIN32)
+if(MINGW)
   # The stack of 64-bit Windows is aligned to 16 bytes, and this compiler moves spilled registers of 32 bytes as if it were
   # aligned to 32; the assembler is told to write moves that don't care.
   add_compile_options(-Wa,-muse-unaligned-vector-move)
   add_compile_definitions(TESSAVOY_UNALIGNED_VECTOR_MOVES)
+  # The compiler's own libraries go into every file that is built, so that nothing has to be installed beside it.
+  add_link_options(-static)
 endif()
 
 if(TESSAVOY_SANITIZE)

@@ -7,6 +7,9 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
+# What is built runs here under Wine.
+set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../Tools/RunUnderWine")
+
 # Nothing of this machine's own is for Windows: libraries and headers come from what Tools/BuildWindowsDependencies built.
 get_filename_component(dependencies "${CMAKE_CURRENT_LIST_DIR}/../build/windows-dependencies/prefix" ABSOLUTE)
 set(CMAKE_FIND_ROOT_PATH "${dependencies}" /usr/x86_64-w64-mingw32)

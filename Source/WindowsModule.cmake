@@ -1,10 +1,6 @@
-# How the module is linked on Windows: with everything that isn't Windows' own inside, the compiler's libraries too, so that
-# nothing has to be installed beside it.
+# How the module is linked on Windows.
 
 set_target_properties(Tessavoy PROPERTIES SUFFIX ".aex")
-if(MINGW)
-  target_link_options(Tessavoy PRIVATE -static -static-libgcc -static-libstdc++)
-endif()
 
 # The resource is written while the module is built, by a program that runs on the machine that builds: in a cross build the
 # module's own compiler can't make it.
