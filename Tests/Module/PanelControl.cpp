@@ -67,6 +67,12 @@ bool sameColor(const DRAWBOT_ColorRGBA& first, const DRAWBOT_ColorRGBA& second) 
            first.alpha == second.alpha;
 }
 
+void expectGoodEvent(const CommandResult& result) {
+    EXPECT_EQ(result.error, PF_Err_NONE);
+    EXPECT_EQ(result.message, "");
+    EXPECT_THAT(result.broken, testing::IsEmpty());
+}
+
 PanelControl::PanelControl(EffectInstance& instance, std::string_view id, const PF_Rect& frame) : mInstance(instance) {
     mEvent.effect_win.index = parameterIndexOf(id);
     mEvent.effect_win.area = PF_EA_CONTROL;
@@ -139,5 +145,11 @@ bool PanelControl::untouched() const {
 std::vector<std::byte> PanelControl::flat() const {
     return ArbitraryCalls(mInstance.host(), mInstance.host().parameters()[parameter()]).flatten(handle());
 }
+
+InstanceWithControl::InstanceWithControl(EffectHost& host, const std::string& id, const std::vector<std::byte>& flat,
+                                         const PF_Rect& frame)
+    : instance(
+          host.createInstance(ModuleScene(fourSquaresScene()).set(id, ParameterValue(ArbitraryValue{flat})).project)),
+      control(*instance, id, frame) {}
 
 }  // namespace TessavoyHost

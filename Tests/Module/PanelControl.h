@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -59,6 +61,9 @@ DRAWBOT_ColorRGBA themeColorOf(EffectHost& host, PF_AppColorValue color);
 
 bool sameColor(const DRAWBOT_ColorRGBA& first, const DRAWBOT_ColorRGBA& second);
 
+// The event went well, and everything that was lent came back.
+void expectGoodEvent(const CommandResult& result);
+
 // A control of arbitrary data in an instance's panel, and the mouse upon it. The instance's own value is edited.
 class PanelControl {
 public:
@@ -97,6 +102,15 @@ private:
     std::vector<PF_ParamDef> mDefinitions;  // of all parameters, by index
     std::vector<PF_ParamDef*> mPointers;
     PF_EventExtra mEvent{};
+};
+
+// An instance with a saved value in one of its parameters, and that parameter's control.
+struct InstanceWithControl {
+    InstanceWithControl(EffectHost& host, const std::string& id, const std::vector<std::byte>& flat,
+                        const PF_Rect& frame);
+
+    std::unique_ptr<EffectInstance> instance;
+    PanelControl control;
 };
 
 }  // namespace TessavoyHost

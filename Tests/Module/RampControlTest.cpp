@@ -2,91 +2,24 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <numbers>
 #include <tuple>
 
 #include "Tests/Module/ModuleFixture.h"
 #include "Tests/Module/PanelControl.h"
-#include "Tests/Support/FlatBytes.h"
+#include "Tests/Support/ReferenceRamp.h"
 
 namespace TessavoyHost {
 namespace {
 
+using Tessavoy::CurveKind;
+using Tessavoy::flatRamp;
+using Tessavoy::rampAt;
+using Tessavoy::RampKnot;
+using Tessavoy::ReferenceRamp;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-using Bytes = std::vector<std::byte>;
-
-enum Interpolation : std::int32_t { Sin = 0, Line = 1, Step = 2, Bezier = 3 };
-enum Mode : std::int32_t { All = 0, WithoutSin = 1 };
-
-struct Knot {
-    float position, value;
-};
-using Knots = std::vector<Knot>;
-
-struct Ramp {
-    std::int32_t mode, interpolation;
-    Knots knots;  // in rising order
-};
-
-// The saved form: mode, interpolation, a count, then each knot's position and value.
-Bytes flatRamp(const Ramp& ramp) {
-    Bytes flat;
-    Tessavoy::appendNumber(flat, ramp.mode);
-    Tessavoy::appendNumber(flat, ramp.interpolation);
-    Tessavoy::appendNumber(flat, static_cast<std::int32_t>(ramp.knots.size()));
-    for (const Knot& knot : ramp.knots) {
-        Tessavoy::appendNumber(flat, knot.position);
-        Tessavoy::appendNumber(flat, knot.value);
-    }
-    return flat;
-}
-
-double cubic(double p0, double p1, double p2, double p3, double v) {
-    const auto mix = [v](double from, double to) { return from + (to - from) * v; };
-    const double a = mix(p0, p1), b = mix(p1, p2), c = mix(p2, p3);
-    return mix(mix(a, b), mix(b, c));
-}
-
-// The curve through knot n and the next at t, solved by halving to the end. It is pulled towards the neighbours of the
-// two by 0.3 of the distance between them.
-double bezierAt(const Knots& knots, std::size_t n, double t) {
-    const auto knot = [&](std::size_t index) { return knots[std::min(index, knots.size() - 1)]; };
-    const Knot p0 = knot(n == 0 ? 0 : n - 1), p1 = knot(n), p2 = knot(n + 1), p3 = knot(n + 2);
-    const auto distance = [](Knot a, Knot b) { return std::hypot(a.position - b.position, a.value - b.value); };
-    const double length = distance(p1, p2);
-    const double pull1 = 0.3 * length / (distance(p0, p1) + length), pull2 = 0.3 * length / (distance(p2, p3) + length);
-    const double x1 = p1.position + (p2.position - p0.position) * pull1;
-    const double x2 = p2.position - (p3.position - p1.position) * pull2;
-    double low = 0, high = 1;
-    for (int halving = 0; halving < 60; ++halving) {
-        const double v = (low + high) / 2;
-        (cubic(p1.position, x1, x2, p2.position, v) > t ? high : low) = v;
-    }
-    return cubic(p1.value, p1.value + (p2.value - p0.value) * pull1, p2.value - (p3.value - p1.value) * pull2, p2.value,
-                 low);
-}
-
-double referenceValue(const Ramp& ramp, double t) {
-    const Knots& knots = ramp.knots;
-    if (knots.empty())
-        return 1;
-    std::size_t after = 0;
-    while (after < knots.size() && !(knots[after].position > t))
-        ++after;
-    if (after == 0 || after == knots.size())
-        return knots[after == 0 ? 0 : after - 1].value;
-    const Knot a = knots[after - 1], b = knots[after];
-    const double u = (t - a.position) / (static_cast<double>(b.position) - a.position);
-    const double rise = static_cast<double>(b.value) - a.value;
-    const double value = ramp.interpolation == Sin      ? a.value + rise * (1 - std::cos(u * std::numbers::pi)) / 2
-                         : ramp.interpolation == Line   ? a.value + rise * u
-                         : ramp.interpolation == Step   ? a.value
-                         : ramp.interpolation == Bezier ? bezierAt(knots, after - 1, t)
-                                                        : 1;
-    return std::clamp(value, 0.0, 1.0);
-}
+constexpr int all = 0, withoutSin = 1;  // modes
 
 // Positions run from x = 106 to 306 and values from y = 256 up to 56, 200 pixels each.
 constexpr PF_Rect frame = {100, 50, 312, 262};
@@ -95,28 +28,17 @@ PF_Point placeOf(double position, double value) {
     return {106 + static_cast<int>(position * 200 + 0.5), 256 - static_cast<int>(value * 200 + 0.5)};
 }
 
-struct RampInPanel {
-    RampInPanel(EffectHost& host, const Ramp& ramp, const std::string& id = "Ramp.Custom1")
-        : instance(host.createInstance(
-              ModuleScene(fourSquaresScene()).set(id, ParameterValue(ArbitraryValue{flatRamp(ramp)})).project)),
-          control(*instance, id, frame) {}
+struct RampInPanel : InstanceWithControl {
+    RampInPanel(EffectHost& host, const ReferenceRamp& ramp, const std::string& id = "Ramp.Custom1")
+        : InstanceWithControl(host, id, flatRamp(ramp), frame) {}
 
     CommandResult click(PF_Point place, int count = 1, PF_Modifiers modifiers = PF_Mod_NONE) {
         return control.click(place.h, place.v, count, modifiers);
     }
     CommandResult drag(PF_Point place) { return control.drag(place.h, place.v); }
-
-    std::unique_ptr<EffectInstance> instance;
-    PanelControl control;
 };
 
-void expectGoodEvent(const CommandResult& result) {
-    EXPECT_EQ(result.error, PF_Err_NONE);
-    EXPECT_EQ(result.message, "");
-    EXPECT_THAT(result.broken, IsEmpty());
-}
-
-const Ramp threeKnots = {All, Line, {{0.25F, 0.5F}, {0.5F, 1}, {0.75F, 0}}};
+const ReferenceRamp threeKnots = {all, CurveKind::Line, {{0.25F, 0.5F}, {0.5F, 1}, {0.75F, 0}}};
 
 class ModuleRampControl : public ModuleFixture {};
 
@@ -132,10 +54,13 @@ TEST_F(ModuleRampControl, BelongsToAllTenRamps) {
 }
 
 TEST_F(ModuleRampControl, TheModifierGoesThroughTheInterpolations) {
-    for (const auto& [mode, order] : {std::pair{All, std::array{Step, Sin, Bezier, Line, Step}},
-                                      std::pair{WithoutSin, std::array{Step, Line, Step, Line, Step}}}) {
-        RampInPanel panel(host(), {mode, Line, threeKnots.knots});
-        for (const Interpolation interpolation : order) {
+    for (const auto& [mode, order] :
+         {std::pair{all,
+                    std::array{CurveKind::Step, CurveKind::Sin, CurveKind::Bezier, CurveKind::Line, CurveKind::Step}},
+          std::pair{withoutSin,
+                    std::array{CurveKind::Step, CurveKind::Line, CurveKind::Step, CurveKind::Line, CurveKind::Step}}}) {
+        RampInPanel panel(host(), {mode, CurveKind::Line, threeKnots.knots});
+        for (const CurveKind interpolation : order) {
             expectGoodEvent(panel.click({100, 262}, 1, PF_Mod_CMD_CTRL_KEY | PF_Mod_CAPS_LOCK_KEY));
             EXPECT_TRUE(panel.control.changed());
             EXPECT_TRUE(panel.control.handled());
@@ -147,11 +72,12 @@ TEST_F(ModuleRampControl, TheModifierGoesThroughTheInterpolations) {
 
 // Stored ones that the mode doesn't offer: sin leads back to line, the curve stays. Both count as a change.
 TEST_F(ModuleRampControl, TheModifierNeverChoosesSinOrACurveWithoutSin) {
-    for (const auto& [from, to] : {std::pair{Sin, Line}, std::pair{Bezier, Bezier}}) {
-        RampInPanel panel(host(), {WithoutSin, from, threeKnots.knots});
+    for (const auto& [from, to] :
+         {std::pair{CurveKind::Sin, CurveKind::Line}, std::pair{CurveKind::Bezier, CurveKind::Bezier}}) {
+        RampInPanel panel(host(), {withoutSin, from, threeKnots.knots});
         expectGoodEvent(panel.click(placeOf(0.5, 1), 1, PF_Mod_CMD_CTRL_KEY));
         EXPECT_TRUE(panel.control.changed());
-        EXPECT_EQ(panel.control.flat(), flatRamp({WithoutSin, to, threeKnots.knots}));
+        EXPECT_EQ(panel.control.flat(), flatRamp({withoutSin, to, threeKnots.knots}));
     }
 }
 
@@ -178,14 +104,15 @@ TEST_F(ModuleRampControl, GetsAndLosesPointsByDoubleClicks) {
     EXPECT_TRUE(panel.control.changed());
     EXPECT_TRUE(panel.control.handled());
     EXPECT_FALSE(panel.control.sendsDrags());
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0.25F, 0.5F}, {0.5F, 1}, {0.6F, 0.25F}, {0.75F, 0}}}));
+    EXPECT_EQ(panel.control.flat(),
+              flatRamp({all, CurveKind::Line, {{0.25F, 0.5F}, {0.5F, 1}, {0.6F, 0.25F}, {0.75F, 0}}}));
     for (const PF_Point& place : {placeOf(0.25, 0.5), placeOf(0.5, 1), placeOf(0.75, 0), placeOf(0.6, 0.25)}) {
         expectGoodEvent(panel.click(place, 2));
         EXPECT_TRUE(panel.control.changed());
     }
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {}}));
     expectGoodEvent(panel.click(placeOf(0.25, 0.5), 2));
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0.25F, 0.5F}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0.25F, 0.5F}}}));
 }
 
 TEST_F(ModuleRampControl, GrabsAPointAndMovesIt) {
@@ -201,25 +128,25 @@ TEST_F(ModuleRampControl, GrabsAPointAndMovesIt) {
     EXPECT_TRUE(panel.control.changed());
     EXPECT_TRUE(panel.control.handled());
     EXPECT_TRUE(panel.control.sendsDrags());
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0.35F, 0.25F}, {0.5F, 1}, {0.75F, 0}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0.35F, 0.25F}, {0.5F, 1}, {0.75F, 0}}}));
 }
 
 TEST_F(ModuleRampControl, DragsPointsPastEachOtherAndBesideEachOther) {
     RampInPanel panel(host(), threeKnots);
     panel.click(placeOf(0.25, 0.5));
     panel.drag(placeOf(0.75, 0.5));
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0.5F, 1}, {0.75F - 0.001F, 0.5F}, {0.75F, 0}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0.5F, 1}, {0.75F - 0.001F, 0.5F}, {0.75F, 0}}}));
     panel.drag(placeOf(0.9, 0.5));
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0.5F, 1}, {0.75F, 0}, {0.9F, 0.5F}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0.5F, 1}, {0.75F, 0}, {0.9F, 0.5F}}}));
     panel.drag(placeOf(0.5, 0.5));
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0.5F - 0.001F, 0.5F}, {0.5F, 1}, {0.75F, 0}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0.5F - 0.001F, 0.5F}, {0.5F, 1}, {0.75F, 0}}}));
     panel.click(placeOf(0.75, 0));
     panel.drag({50, 1000});
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0, 0}, {0.5F - 0.001F, 0.5F}, {0.5F, 1}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0, 0}, {0.5F - 0.001F, 0.5F}, {0.5F, 1}}}));
     panel.click(placeOf(0.5, 1));
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0, 0}, {0.5F - 0.001F, 0.5F}, {0.5F, 1}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0, 0}, {0.5F - 0.001F, 0.5F}, {0.5F, 1}}}));
     panel.drag({50, 56});
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0, 0}, {0.001F, 1}, {0.5F - 0.001F, 0.5F}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0, 0}, {0.001F, 1}, {0.5F - 0.001F, 0.5F}}}));
 }
 
 // Unlike a gradient's, points of a ramp can't be dragged off.
@@ -227,9 +154,9 @@ TEST_F(ModuleRampControl, KeepsPointsThatAreDraggedOut) {
     RampInPanel panel(host(), threeKnots);
     panel.click(placeOf(0.5, 1));
     expectGoodEvent(panel.drag({206, 5000}));
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0.25F, 0.5F}, {0.5F, 0}, {0.75F, 0}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0.25F, 0.5F}, {0.5F, 0}, {0.75F, 0}}}));
     expectGoodEvent(panel.drag({5000, -5000}));
-    EXPECT_EQ(panel.control.flat(), flatRamp({All, Line, {{0.25F, 0.5F}, {0.75F, 0}, {1, 1}}}));
+    EXPECT_EQ(panel.control.flat(), flatRamp({all, CurveKind::Line, {{0.25F, 0.5F}, {0.75F, 0}, {1, 1}}}));
 }
 
 TEST_F(ModuleRampControl, LeavesEventsBesideTheControlAndOtherEvents) {
@@ -289,9 +216,10 @@ TEST_F(ModuleRampControl, FillsItsFrameAndStaysInIt) {
 // precision. The search of a curve's parameter ends 32nds of the curve apart with a straight step, from which it may be
 // half a pixel off. Steps are compared beside the knots' own columns, where single precision decides.
 TEST_F(ModuleRampControl, DrawsTheCurveOfItsValuesUpwards) {
-    const Knots knots = {{0.1F, 0.2F}, {0.33F, 0.9F}, {0.4F, 0.1F}, {0.72F, 0.35F}, {0.9F, 1}};
-    for (const std::int32_t interpolation : {Sin, Line, Step, Bezier, Interpolation{8}}) {
-        const Ramp ramp{All, interpolation, knots};
+    const std::vector<RampKnot> knots = {{0.1F, 0.2F}, {0.33F, 0.9F}, {0.4F, 0.1F}, {0.72F, 0.35F}, {0.9F, 1}};
+    for (const CurveKind interpolation :
+         {CurveKind::Sin, CurveKind::Line, CurveKind::Step, CurveKind::Bezier, static_cast<CurveKind>(8)}) {
+        const ReferenceRamp ramp{all, interpolation, knots};
         RampInPanel panel(host(), ramp);
         DrawingRecorder recorder;
         expectGoodEvent(panel.control.draw(recorder));
@@ -300,22 +228,24 @@ TEST_F(ModuleRampControl, DrawsTheCurveOfItsValuesUpwards) {
         EXPECT_TRUE(sameColor(curve.color, themeColorOf(host(), PF_App_Color_TEXT)));
         const auto places = cornersOf(curve.path);
         ASSERT_THAT(places, SizeIs(201));
-        const double tolerance = interpolation == Bezier ? 0.5 : 0.05;
+        const double tolerance = interpolation == CurveKind::Bezier ? 0.5 : 0.05;
         for (int x = 0; x <= 200; ++x) {
             const auto& place = places[static_cast<std::size_t>(x)];
             EXPECT_FLOAT_EQ(place.x, static_cast<float>(106 + x));
-            const bool onKnot = std::any_of(knots.begin(), knots.end(),
-                                            [x](const Knot& knot) { return std::lround(knot.position * 200) == x; });
+            const bool onKnot = std::any_of(knots.begin(), knots.end(), [x](const RampKnot& knot) {
+                return std::lround(knot.position * 200) == x;
+            });
             if (onKnot)
                 continue;
-            EXPECT_NEAR(place.y, 256 - 200 * referenceValue(ramp, x / 200.0), tolerance) << interpolation << ": " << x;
+            EXPECT_NEAR(place.y, 256 - 200 * rampAt(ramp, x / 200.0), tolerance)
+                << static_cast<int>(interpolation) << ": " << x;
         }
     }
 }
 
 // A diamond of 5 pixels from the middle to each corner; the first in order comes last, in front.
 TEST_F(ModuleRampControl, PutsAHandleOnEachPoint) {
-    const Ramp ramp{All, Line, {{0, 1}, {0.2525F, 0.5F}, {1, 0}}};
+    const ReferenceRamp ramp{all, CurveKind::Line, {{0, 1}, {0.2525F, 0.5F}, {1, 0}}};
     RampInPanel panel(host(), ramp);
     DrawingRecorder recorder;
     expectGoodEvent(panel.control.draw(recorder));
@@ -340,7 +270,7 @@ TEST_F(ModuleRampControl, PutsAHandleOnEachPoint) {
 }
 
 TEST_F(ModuleRampControl, WithoutPointsIsALineAtOne) {
-    RampInPanel panel(host(), {All, Bezier, {}});
+    RampInPanel panel(host(), {all, CurveKind::Bezier, {}});
     DrawingRecorder recorder;
     expectGoodEvent(panel.control.draw(recorder));
     EXPECT_THAT(recorder.fills, IsEmpty());
@@ -356,7 +286,7 @@ TEST_F(ModuleRampControl, WithoutPointsIsALineAtOne) {
 TEST_F(ModuleRampControl, DrawsWhateverWasSaved) {
     constexpr float infinite = std::numeric_limits<float>::infinity();
     constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
-    for (const std::int32_t interpolation : {Sin, Line, Step, Bezier}) {
+    for (const CurveKind interpolation : {CurveKind::Sin, CurveKind::Line, CurveKind::Step, CurveKind::Bezier}) {
         RampInPanel panel(host(), {99,
                                    interpolation,
                                    {{-infinite, 0.5F},
