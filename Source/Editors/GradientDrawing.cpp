@@ -114,12 +114,20 @@ struct GradientLayout {
     std::int32_t barHeight;
 };
 
+bool isOpaque(const PanelImage& image) {
+    return std::ranges::all_of(image.pixels, [](const PanelPixel& pixel) { return pixel.a == 255; });
+}
+
+// Behind opaque colours a board would only shine through at the edges of a panel that is drawn enlarged.
 void drawBar(const PanelDrawing& drawing, const GradientData& gradient, const GradientLayout& layout) {
     const DRAWBOT_PointF32 place = {static_cast<float>(layout.barLeft), static_cast<float>(layout.barTop)};
-    const PanelPixel light = pixelOf(drawing.themeColor(PF_App_Color_WHITE));
-    const PanelPixel dark = pixelOf(drawing.themeColor(PF_App_Color_GRAY));
-    drawing.drawImage(checkerboard(layout.barWidth, layout.barHeight, light, dark), place);
-    drawing.drawImage(gradientBar(gradient, layout.barWidth, layout.barHeight), place);
+    const PanelImage bar = gradientBar(gradient, layout.barWidth, layout.barHeight);
+    if (!isOpaque(bar)) {
+        const PanelPixel light = pixelOf(drawing.themeColor(PF_App_Color_WHITE));
+        const PanelPixel dark = pixelOf(drawing.themeColor(PF_App_Color_GRAY));
+        drawing.drawImage(checkerboard(layout.barWidth, layout.barHeight, light, dark), place);
+    }
+    drawing.drawImage(bar, place);
 }
 
 /// Stored positions may be any number, and what is far outside has no place in pixels.
