@@ -1,0 +1,11 @@
+# The tests that run on Windows: of the module and its contexts there, and those of the effect's classes that say that they
+# give the same numbers.
+
+file(GLOB_RECURSE windows_test_sources CONFIGURE_DEPENDS "Windows/*.cpp" "Unit/Evaluate/*.cpp" "Unit/RenderGrid/*.cpp"
+     "Unit/Script/*.cpp" "Unit/Parameter/*.cpp" "Unit/Editors/*.cpp" "Unit/*Test.cpp" "Support/*.cpp")
+list(FILTER windows_test_sources EXCLUDE REGEX "/Tests/Unit/(Host|Gl|Shell|Support)/")
+list(FILTER windows_test_sources EXCLUDE REGEX "/Support/(ApplicationContext|CommandFixture|ImageComparison)")
+add_executable(TessavoyWindowsTests ${windows_test_sources})
+add_dependencies(TessavoyWindowsTests Tessavoy)
+target_link_libraries(TessavoyWindowsTests PRIVATE TessavoyEffect TessavoyHost GTest::gtest GTest::gmock GTest::gtest_main)
+target_compile_definitions(TessavoyWindowsTests PRIVATE "TESSAVOY_MODULE=\"$<TARGET_FILE:Tessavoy>\"")
