@@ -11,17 +11,24 @@ if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE Release)
 endif()
 
-# -O2 and no contraction, so that the evaluation gives the same bits from every compiler. NDEBUG is left out on purpose:
-# assertions stay in the product.
-set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g1")
-set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -g1 -fno-omit-frame-pointer")
-set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g")
-
-add_compile_options(
-  -ffp-contract=off
-  -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wpedantic -Werror
-  # Assertions and reports name a file from the repository's root, wherever it was built.
-  "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+# No contraction, so that the evaluation gives the same bits from every compiler. NDEBUG is left out on purpose: assertions
+# stay in the product.
+if(MSVC)
+  set(CMAKE_CXX_FLAGS_RELEASE "/O2 /Zi")
+  # The runtime goes into every file that is built, so that nothing has to be installed beside it.
+  set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+  add_compile_options(/utf-8 /permissive- /Zc:__cplusplus /fp:precise /W4)
+  add_compile_definitions(NOMINMAX _CRT_SECURE_NO_WARNINGS)
+else()
+  set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g1")
+  set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -g1 -fno-omit-frame-pointer")
+  set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g")
+  add_compile_options(
+    -ffp-contract=off
+    -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wpedantic -Werror
+    # Assertions and reports name a file from the repository's root, wherever it was built.
+    "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+endif()
 
 if(MINGW)
   # The stack of 64-bit Windows is aligned to 16 bytes, and this compiler moves spilled registers of 32 bytes as if it were
