@@ -4,7 +4,7 @@
 file(GLOB_RECURSE windows_test_sources CONFIGURE_DEPENDS "Windows/*.cpp" "Unit/Evaluate/*.cpp" "Unit/RenderGrid/*.cpp"
      "Unit/Script/*.cpp" "Unit/Parameter/*.cpp" "Unit/Editors/*.cpp" "Unit/*Test.cpp" "Support/*.cpp")
 list(FILTER windows_test_sources EXCLUDE REGEX "/Tests/Unit/(Host|Gl|Shell|Support)/")
-list(FILTER windows_test_sources EXCLUDE REGEX "/Support/(ApplicationContext|CommandFixture|ImageComparison)")
+list(FILTER windows_test_sources EXCLUDE REGEX "/(Support/(ApplicationContext|CommandFixture|ImageComparison|DrawnPixels)|Unit/TextureAtlasTest)")
 # The memory of a frame is counted by what the C library of Linux says of its blocks.
 list(FILTER windows_test_sources EXCLUDE REGEX "/(HeapUse|FrameMemoryTest)\\.cpp$")
 add_executable(TessavoyWindowsTests ${windows_test_sources})

@@ -66,7 +66,8 @@ std::string ExecutableFile::textAt(std::uint32_t address) const {
 
 std::vector<std::string> ExecutableFile::importedLibraries() const {
     std::vector<std::string> names;
-    for (std::uint32_t address = mImports;; address += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {
+    constexpr std::uint32_t size = sizeof(IMAGE_IMPORT_DESCRIPTOR);
+    for (std::uint32_t address = mImports;; address += size) {
         const auto library = recordAt<IMAGE_IMPORT_DESCRIPTOR>(address);
         if (library.Name == 0) {
             return names;
@@ -78,8 +79,9 @@ std::vector<std::string> ExecutableFile::importedLibraries() const {
 std::vector<std::string> ExecutableFile::exportedFunctions() const {
     const auto directory = recordAt<IMAGE_EXPORT_DIRECTORY>(mExports);
     std::vector<std::string> names;
-    for (std::uint32_t i = 0; i < directory.NumberOfNames; ++i) {
-        names.push_back(textAt(recordAt<DWORD>(directory.AddressOfNames + i * sizeof(DWORD))));
+    std::uint32_t address = directory.AddressOfNames;
+    for (std::uint32_t left = directory.NumberOfNames; left > 0; --left, address += 4) {
+        names.push_back(textAt(recordAt<DWORD>(address)));
     }
     return names;
 }
