@@ -8,6 +8,7 @@
 #include "Host/ErrorTexts.h"
 #include "Host/HostCall.h"
 #include "Host/HostError.h"
+#include "Host/WineContexts.h"
 
 namespace TessavoyHost {
 namespace {
@@ -67,6 +68,8 @@ void pointToTexts(RegisteredParameter& parameter) {
 
 EffectHost::EffectHost(const std::filesystem::path& module, const HostOptions& options)
     : mServices(options), mLoader(std::make_unique<ModuleLoader>(module)) {
+    if (options.contextsForWine)
+        shareContextsAtCreation(mLoader->get());
     mModule.describe = mLoader->function<PF_PluginDataEntryFunction>("PluginDataEntryFunction");
     describe();
     mModule.effectMain = mLoader->function<PF_EffectMain>(mDescription.entryPoint.c_str());

@@ -19,6 +19,7 @@ struct HostOptions {
     bool withSequenceDataSuite = true;     // "PF Effect Sequence Data Suite", which older hosts lack
     A_long applId = PF_AppID_Compositing;  // what PF_InData::appl_id says
     int iterateThreads = 0;                // that an iterate call may use; 0: one for each core
+    bool contextsForWine = false;          // see Host/WineContexts.h
 };
 
 // What only some hosts can do. An empty function is a host that cannot.

@@ -3,9 +3,10 @@
 #include <string>
 
 #include "Host/HostError.h"
+#include "Host/Scene/Files.h"
 
 #ifdef _WIN32
-#include <windows.h>
+#include "Host/Windows/WindowsHeader.h"
 #else
 #include <dlfcn.h>
 #endif
@@ -14,7 +15,7 @@ namespace TessavoyHost {
 namespace {
 
 HostError loadFailure(const std::filesystem::path& path, const std::string& reason) {
-    return {ExitStatus::Module, "the effect module \"" + path.string() + "\" cannot be used: " + reason};
+    return {ExitStatus::Module, "the effect module \"" + utf8(path) + "\" cannot be used: " + reason};
 }
 
 }  // namespace

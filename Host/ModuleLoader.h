@@ -28,6 +28,9 @@ public:
         return reinterpret_cast<Function*>(address(name));
     }
 
+    // What the system's loading gave.
+    void* get() const { return mLibrary; }
+
 private:
     using Address = void (*)();
     Address address(const char* name) const;

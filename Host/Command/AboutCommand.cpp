@@ -6,6 +6,7 @@
 #include "Host/Command/Libraries.h"
 #include "Host/Command/LoadedModule.h"
 #include "Host/Command/Version.h"
+#include "Host/Scene/Files.h"
 
 namespace TessavoyHost {
 namespace {
@@ -34,7 +35,7 @@ std::string moduleLines(LoadedModule& module) {
     const auto& description = module.host().description();
     return line("name", description.name) + line("version", versionInWords(description.version)) +
            lines("notice", description.about) + line("match name", description.matchName) +
-           line("category", description.category) + line("module", module.path().string()) +
+           line("category", description.category) + line("module", utf8(module.path())) +
            line("interface", std::to_string(description.apiMajor) + '.' + std::to_string(description.apiMinor)) +
            line("flags", std::to_string(description.outFlags) + ", " + std::to_string(description.outFlags2)) +
            line("parameters", std::to_string(module.table().count() - 1));

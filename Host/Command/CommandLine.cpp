@@ -15,6 +15,7 @@
 #include "Host/Command/SaveCommand.h"
 #include "Host/Command/SceneSchema.h"
 #include "Host/Command/StandardError.h"
+#include "Host/Scene/Files.h"
 #include "Host/Scene/Nearest.h"
 
 namespace TessavoyHost {
@@ -29,7 +30,8 @@ class CommandLine {
 public:
     explicit CommandLine(OutputChannel& output) : mOutput(output) {
         mApp.require_subcommand(1);
-        mApp.footer(example("render scene.json -o frames/out.####.png"));
+        mApp.allow_windows_style_options(false);  // on Windows, too, a slash starts a path
+        mApp.footer(example("render scene.json -o frames/" + namePattern()));
         addRender();
         addCheck();
         addSave();
@@ -62,7 +64,7 @@ private:
     void addScene(CLI::App* command) {
         command
             ->add_option_function<std::string>(
-                "SCENE", [this](const std::string& value) { mOptions.scene = value; }, "the scene file")
+                "SCENE", [this](const std::string& value) { mOptions.scene = pathFromUtf8(value); }, "the scene file")
             ->type_name("")
             ->required();
     }
@@ -95,8 +97,9 @@ private:
     }
 
     void addRender() {
-        auto* render = addSubcommand("render", "render frames", " scene.json -o frames/out.####.png --frames 0-99",
-                                     [this] { return renderScene(mOptions, mOutput); });
+        auto* render =
+            addSubcommand("render", "render frames", " scene.json -o frames/" + namePattern() + " --frames 0-99",
+                          [this] { return renderScene(mOptions, mOutput); });
         addScene(render);
         for (const auto& option : renderOptions()) {
             addOption(render, option);
@@ -117,7 +120,7 @@ private:
             " scene.json -o saved.bin", [this] { return saveScene(mOptions.scene, mOptions.module, mFile); });
         addScene(save);
         save->add_option_function<std::string>(
-                "-o,--output", [this](const std::string& value) { mFile = value; },
+                "-o,--output", [this](const std::string& value) { mFile = pathFromUtf8(value); },
                 "the file; one that is there is replaced")
             ->type_name("FILE")
             ->required();

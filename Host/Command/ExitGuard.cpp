@@ -1,7 +1,5 @@
 #include "Host/Command/ExitGuard.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -10,9 +8,10 @@
 #include <exception>
 #include <string_view>
 
+#include "Host/Command/Crashes.h"
+#include "Host/Command/Descriptors.h"
 #include "Host/Command/Outlets.h"
 #include "Host/Command/OutputChannel.h"
-#include "Host/Command/StandardError.h"
 #include "Host/SignalStack.h"
 
 namespace TessavoyHost {
@@ -104,26 +103,20 @@ void tellOfCrash() {
 std::atomic_flag crashIsTold;
 
 // Only what a handler may do, here and in what it calls. When several threads crash, one tells.
-extern "C" void endAfterCrash(int) {
+void endAfterCrash() {
     if (crashIsTold.test_and_set()) {
-        ::sleep(1);
+        pauseInHandler(1000);
     } else {
         tellOfCrash();
     }
-    ::_exit(statusOfCrash);
+    endAtOnce(statusOfCrash);
 }
 
 void enter(Stage next, ExitStatus status) {
     statusOfCrash = static_cast<int>(status);
     stage = next;
     useSignalStack();
-    for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT}) {
-        struct sigaction action {};
-        action.sa_handler = endAfterCrash;
-        action.sa_flags = SA_ONSTACK;
-        sigemptyset(&action.sa_mask);
-        ::sigaction(signal, &action, nullptr);
-    }
+    handleCrashes(endAfterCrash);
 }
 
 }  // namespace

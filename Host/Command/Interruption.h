@@ -2,8 +2,9 @@
 
 namespace TessavoyHost {
 
-// While it lives, the signals that ask the command to end (interrupt, terminate, hang-up) are counted instead of ending
-// it; and a closed pipe is a write error from then on.
+// While it lives, what asks the command to end (the signals interrupt, terminate and hang-up; on Windows Ctrl+C,
+// Ctrl+Break, and the end of the console or the session) is counted instead of ending it; and a closed pipe is a write
+// error from then on.
 class InterruptionWatch {
 public:
     InterruptionWatch();
@@ -18,7 +19,7 @@ void letWritesToNobodyFail();
 // From then on a write past the limit of a file's size is an error instead of a signal.
 void letWritesPastSizeLimitFail();
 
-// Signals so far.
+// Requests to end so far.
 int interruptions();
 
 }  // namespace TessavoyHost

@@ -1,5 +1,6 @@
 #include "Host/Command/Libraries.h"
 
+#ifdef TESSAVOY_IMAGE_LIBRARIES
 // jpeglib.h uses std::size_t and FILE without including their headers.
 #include <cstddef>
 #include <cstdio>
@@ -8,11 +9,19 @@
 #include <jpeglib.h>
 #include <png.h>
 #include <tiffio.h>
+#endif
 #include <CLI/Version.hpp>
 #include <nlohmann/json.hpp>
 
 namespace TessavoyHost {
 namespace {
+
+std::string jsonVersion() {
+    return std::to_string(NLOHMANN_JSON_VERSION_MAJOR) + '.' + std::to_string(NLOHMANN_JSON_VERSION_MINOR) + '.' +
+           std::to_string(NLOHMANN_JSON_VERSION_PATCH);
+}
+
+#ifdef TESSAVOY_IMAGE_LIBRARIES
 
 #define TESSAVOY_TEXT_OF(value) #value
 #define TESSAVOY_EXPANDED_TEXT_OF(value) TESSAVOY_TEXT_OF(value)
@@ -25,11 +34,6 @@ std::string jpegVersion() {
 #endif
 }
 
-std::string jsonVersion() {
-    return std::to_string(NLOHMANN_JSON_VERSION_MAJOR) + '.' + std::to_string(NLOHMANN_JSON_VERSION_MINOR) + '.' +
-           std::to_string(NLOHMANN_JSON_VERSION_PATCH);
-}
-
 // "LIBTIFF, Version 4.5.0\nCopyright ..."
 std::string tiffVersion() {
     const std::string text = TIFFGetVersion();
@@ -38,11 +42,20 @@ std::string tiffVersion() {
     return space == std::string::npos ? line : line.substr(space + 1);
 }
 
+#endif
+
 }  // namespace
 
 std::vector<std::pair<std::string, std::string>> linkedLibraries() {
-    return {{"nlohmann json", jsonVersion()}, {"CLI11", CLI11_VERSION},   {"libpng", png_get_libpng_ver(nullptr)},
-            {"libjpeg", jpegVersion()},       {"libtiff", tiffVersion()}, {"OpenEXR", OPENEXR_VERSION_STRING}};
+    std::vector<std::pair<std::string, std::string>> libraries{{"nlohmann json", jsonVersion()},
+                                                               {"CLI11", CLI11_VERSION}};
+#ifdef TESSAVOY_IMAGE_LIBRARIES
+    libraries.insert(libraries.end(), {{"libpng", png_get_libpng_ver(nullptr)},
+                                       {"libjpeg", jpegVersion()},
+                                       {"libtiff", tiffVersion()},
+                                       {"OpenEXR", OPENEXR_VERSION_STRING}});
+#endif
+    return libraries;
 }
 
 }  // namespace TessavoyHost

@@ -1,3 +1,6 @@
+#include <vector>
+
+#include "Host/Command/Arguments.h"
 #include "Host/Command/CommandLine.h"
 #include "Host/Command/ExitGuard.h"
 #include "Host/Command/Interruption.h"
@@ -7,5 +10,10 @@ int main(int argc, char** argv) {
     TessavoyHost::OutputChannel output;
     TessavoyHost::letWritesPastSizeLimitFail();
     TessavoyHost::guardSetUp();
-    return static_cast<int>(TessavoyHost::runCommandLine(argc, argv, output));
+    const auto arguments = TessavoyHost::programArguments(argc, argv);
+    std::vector<const char*> texts;
+    for (const auto& argument : arguments) {
+        texts.push_back(argument.c_str());
+    }
+    return static_cast<int>(TessavoyHost::runCommandLine(static_cast<int>(texts.size()), texts.data(), output));
 }

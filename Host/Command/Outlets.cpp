@@ -1,17 +1,15 @@
 #include "Host/Command/Outlets.h"
 
-#include <unistd.h>
-
 #include <csignal>
 
+#include "Host/Command/Descriptors.h"
 #include "Host/Command/JsonLine.h"
-#include "Host/Command/StandardError.h"
 
 namespace TessavoyHost {
 namespace {
 
 // A handler reads both, so nothing here may need more than a plain load.
-volatile std::sig_atomic_t wordsDescriptor = STDERR_FILENO;
+volatile std::sig_atomic_t wordsDescriptor = standardError;
 volatile std::sig_atomic_t objectsDescriptor = -1;
 
 }  // namespace

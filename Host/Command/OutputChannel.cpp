@@ -1,56 +1,30 @@
 #include "Host/Command/OutputChannel.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <utility>
 
-#include "Host/Command/StandardError.h"
+#include "Host/Command/Crashes.h"
+#include "Host/Command/Descriptors.h"
 #include "Host/HostError.h"
 
 namespace TessavoyHost {
 namespace {
-
-bool isOpen(int descriptor) {
-    return ::fcntl(descriptor, F_GETFD) != -1;
-}
-
-// open takes the lowest free number, so closed ones are filled in order.
-void fillClosedDescriptors() {
-    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
-        if (!isOpen(descriptor)) {
-            [[maybe_unused]] const int opened = ::open("/dev/null", O_RDWR);
-        }
-    }
-}
 
 void flushStandardOutput() {
     std::cout.flush();
     std::fflush(stdout);
 }
 
-int namelessFile() {
-    std::string name = "/tmp/tessavoy-XXXXXX";
-    const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
-    if (descriptor != -1) {
-        ::unlink(name.c_str());
-    }
-    return descriptor;
-}
-
 std::string contentsOf(int descriptor) {
     std::string text;
     std::array<char, 4096> block{};
-    ::lseek(descriptor, 0, SEEK_SET);
-    for (ssize_t got = 0; (got = ::read(descriptor, block.data(), block.size())) > 0;) {
-        text.append(block.data(), static_cast<std::size_t>(got));
+    rewindDescriptor(descriptor);
+    for (std::size_t got = 0; (got = readSome(descriptor, block.data(), block.size())) > 0;) {
+        text.append(block.data(), got);
     }
     return text;
 }
@@ -62,10 +36,9 @@ static_assert(std::atomic<const StrayLines*>::is_always_lock_free && std::atomic
 }  // namespace
 
 OutputChannel::OutputChannel() {
-    const bool hadOutput = isOpen(STDOUT_FILENO);
-    fillClosedDescriptors();
-    mDescriptor = hadOutput ? ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1) : -1;
-    ::dup2(STDERR_FILENO, STDOUT_FILENO);
+    const bool hadOutput = prepareStandardDescriptors();
+    mDescriptor = hadOutput ? copyOfDescriptor(standardOutput) : -1;
+    pointDescriptor(standardOutput, standardError);
 }
 
 OutputChannel::~OutputChannel() {
@@ -73,8 +46,8 @@ OutputChannel::~OutputChannel() {
         return;
     }
     flushStandardOutput();
-    ::dup2(mDescriptor, STDOUT_FILENO);
-    ::close(mDescriptor);
+    pointDescriptor(standardOutput, mDescriptor);
+    closeDescriptor(mDescriptor);
 }
 
 void OutputChannel::write(std::string_view bytes) {
@@ -87,16 +60,16 @@ void OutputChannel::write(std::string_view bytes) {
 }
 
 bool OutputChannel::isTerminal() const {
-    return mDescriptor != -1 && ::isatty(mDescriptor) == 1;
+    return mDescriptor != -1 && TessavoyHost::isTerminal(mDescriptor);
 }
 
-StrayOutput::StrayOutput() : mBefore(-1), mCaught(namelessFile()) {
+StrayOutput::StrayOutput() : mBefore(-1), mCaught(openNamelessFile()) {
     if (mCaught == -1) {
         return;
     }
     flushStandardOutput();
-    mBefore = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    ::dup2(mCaught, STDOUT_FILENO);
+    mBefore = copyOfDescriptor(standardOutput);
+    pointDescriptor(standardOutput, mCaught);
 }
 
 StrayOutput::~StrayOutput() {
@@ -111,7 +84,7 @@ std::string StrayOutput::take() {
         return {};
     }
     std::string text = contentsOf(mCaught);
-    ::close(mCaught);
+    closeDescriptor(mCaught);
     mCaught = -1;
     return text;
 }
@@ -121,22 +94,22 @@ void StrayOutput::restore() {
         return;
     }
     flushStandardOutput();
-    ::dup2(mBefore, STDOUT_FILENO);
-    ::close(mBefore);
+    pointDescriptor(standardOutput, mBefore);
+    closeDescriptor(mBefore);
     mBefore = -1;
 }
 
 StrayLines::StrayLines(std::vector<int> descriptors, std::function<void(const std::string&)> take)
     : mDescriptors(std::move(descriptors)), mTake(std::move(take)) {
     std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) == -1) {
+    if (!openPipe(ends)) {
         throw HostError(ExitStatus::FrameFailed, std::string("pipe: ") + std::strerror(errno));
     }
     flushStandardOutput();
     for (const int descriptor : mDescriptors) {
-        ::dup2(ends[1], descriptor);
+        pointDescriptor(descriptor, ends[1]);
     }
-    ::close(ends[1]);
+    closeDescriptor(ends[1]);
     mRead = ends[0];
     mThread = std::thread([this] { read(); });
     liveStrayLines = this;
@@ -154,7 +127,7 @@ void StrayLines::end() {
     flushStandardOutput();
     dropWhatFollows();
     mThread.join();
-    ::close(mRead);
+    closeDescriptor(mRead);
 }
 
 void StrayLines::endInHandler() noexcept {
@@ -164,24 +137,24 @@ void StrayLines::endInHandler() noexcept {
     }
     lines->dropWhatFollows();
     for (int hundredth = 0; hundredth < 100 && !lines->mEnded; ++hundredth) {
-        ::poll(nullptr, 0, 10);
+        pauseInHandler(10);
     }
 }
 
 // The reader comes to its end as the descriptors are the only ways into the pipe.
 void StrayLines::dropWhatFollows() const noexcept {
-    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    const int nowhere = openNullDevice();
     for (const int descriptor : mDescriptors) {
-        ::dup2(nowhere, descriptor);
+        pointDescriptor(descriptor, nowhere);
     }
-    ::close(nowhere);
+    closeDescriptor(nowhere);
 }
 
 void StrayLines::read() {
     std::string line;
     std::array<char, 4096> block{};
-    for (ssize_t got = 0; (got = ::read(mRead, block.data(), block.size())) > 0;) {
-        for (const char letter : std::string_view(block.data(), static_cast<std::size_t>(got))) {
+    for (std::size_t got = 0; (got = readSome(mRead, block.data(), block.size())) > 0;) {
+        for (const char letter : std::string_view(block.data(), got)) {
             if (letter != '\n') {
                 line += letter;
             } else {

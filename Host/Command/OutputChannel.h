@@ -46,7 +46,7 @@ private:
     void restore();
 
     int mBefore;  // where descriptor 1 pointed; -1 once restored
-    int mCaught;  // a nameless file; -1 once taken
+    int mCaught;  // a file without a name; -1 once taken
 };
 
 // Hands each line that is printed to some descriptors to a function, on a thread of its own. The descriptors stay away

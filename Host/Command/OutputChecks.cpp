@@ -1,10 +1,5 @@
 #include "Host/Command/OutputChecks.h"
 
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
 #include <optional>
 
 #include "Host/HostError.h"
@@ -23,7 +18,7 @@ namespace {
 void checkNumbering(const OutputPattern& output, const std::vector<int>& frames) {
     if (frames.size() > 1 && !output.isStandardOutput() && !output.isNumbered()) {
         refuse("--output: \"" + output.text() + "\" has no place for the number of " + std::to_string(frames.size()) +
-               " frames; write such as out.####.png");
+               " frames; write such as " + namePattern());
     }
 }
 
@@ -33,13 +28,9 @@ void checkFolder(const OutputPattern& output) {
     if (!std::filesystem::is_directory(output.folder(), ignored)) {
         refuse("--output: there is no folder " + utf8(output.folder()) + "; make it first");
     }
-    std::string probe = (output.folder() / ".tessavoy-XXXXXX").string();
-    const int descriptor = ::mkstemp(probe.data());
-    if (descriptor == -1) {
-        refuse("--output: files can't be made in " + utf8(output.folder()) + ": " + std::strerror(errno));
+    if (const auto reason = reasonAgainstFiles(output.folder())) {
+        refuse("--output: files can't be made in " + utf8(output.folder()) + ": " + *reason);
     }
-    ::close(descriptor);
-    ::unlink(probe.c_str());
     removeAbandonedFiles(output.folder());
 }
 

@@ -1,17 +1,13 @@
 #include "Host/Command/OutputPattern.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
-#include <utility>
 
 #include "Host/HostError.h"
+#include "Host/Scene/Files.h"
 
 namespace TessavoyHost {
 namespace {
-
-constexpr std::array<std::pair<std::string_view, FileFormat>, 4> suffixes{
-    {{".png", FileFormat::Png}, {".tif", FileFormat::Tiff}, {".tiff", FileFormat::Tiff}, {".exr", FileFormat::Exr}}};
 
 [[noreturn]] void refuse(const std::string& text) {
     throw HostError(ExitStatus::CommandLine, "--output: " + text);
@@ -23,14 +19,26 @@ std::string lowered(std::string text) {
     return text;
 }
 
-FileFormat formatOf(const std::string& text) {
-    const std::string suffix = lowered(std::filesystem::path(text).extension().string());
-    const auto found =
-        std::find_if(suffixes.begin(), suffixes.end(), [&suffix](const auto& known) { return known.first == suffix; });
-    if (found == suffixes.end()) {
-        refuse('"' + text + "\" must end in .png, .tif or .exr, or be - for the standard output");
+// ".png, .tif, .exr or .pam"
+std::string writtenSuffixes() {
+    std::vector<std::string_view> suffixes;
+    for (const auto& known : usualSuffixes()) {
+        suffixes.push_back(known.suffix);
     }
-    return found->second;
+    return alternatives(suffixes);
+}
+
+FileFormat formatOf(const std::string& text) {
+    const std::string suffix = lowered(utf8(pathFromUtf8(text).extension()));
+    const auto known = fileSuffixes();
+    const auto found = std::find_if(known.begin(), known.end(), [&](const auto& one) { return one.suffix == suffix; });
+    if (found == known.end()) {
+        refuse('"' + text + "\" must end in " + writtenSuffixes() + ", or be - for the standard output");
+    }
+    if (!found->isWritten) {
+        refuse('"' + text + "\": this build writes " + writtenSuffixes() + " and raw frames");
+    }
+    return found->format;
 }
 
 // "%5d" fills with spaces in C; nobody wants those in a file's name.
@@ -75,6 +83,20 @@ std::optional<NumberPlace> onlyPlace(const std::string& text, std::string_view n
 
 }  // namespace
 
+std::vector<FileSuffix> usualSuffixes() {
+    std::vector<FileSuffix> suffixes;
+    for (const auto& known : fileSuffixes()) {
+        if (known.isWritten && (suffixes.empty() || suffixes.back().format != known.format)) {
+            suffixes.push_back(known);
+        }
+    }
+    return suffixes;
+}
+
+std::string namePattern() {
+    return "out.####" + std::string(usualSuffixes().front().suffix);
+}
+
 OutputPattern::OutputPattern(const std::string& text) : mText(text) {
     if (!isStandardOutput()) {
         mFormat = formatOf(text);
@@ -84,7 +106,8 @@ OutputPattern::OutputPattern(const std::string& text) : mText(text) {
 
 // Folders are there already under the names that they have; only the file's name is a pattern.
 void OutputPattern::takeName(const std::string& text) {
-    const std::size_t start = text.rfind('/') + 1;  // 0 without a folder
+    constexpr bool hasBackslashes = std::filesystem::path::preferred_separator == '\\';
+    const std::size_t start = text.find_last_of(hasBackslashes ? "/\\" : "/") + 1;  // 0 without a folder
     const std::string folder = text.substr(0, start);
     const std::string name = text.substr(start);
     refuseOtherPercents(text, name);
@@ -101,12 +124,12 @@ void OutputPattern::takeName(const std::string& text) {
 }
 
 std::filesystem::path OutputPattern::folder() const {
-    const auto parent = std::filesystem::path(mText).parent_path();
+    const auto parent = pathFromUtf8(mText).parent_path();
     return parent.empty() ? std::filesystem::path(".") : parent;
 }
 
 std::filesystem::path OutputPattern::file(int frame) const {
-    return mNumbered ? mNumbered->with(frame) : mFile;
+    return pathFromUtf8(mNumbered ? mNumbered->with(frame) : mFile);
 }
 
 }  // namespace TessavoyHost

@@ -3,17 +3,24 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Host/ImageFiles/ImageFiles.h"
 #include "Host/Scene/NumberedName.h"
 
 namespace TessavoyHost {
 
+// The usual suffix of each format that this build writes; never empty.
+std::vector<FileSuffix> usualSuffixes();
+
+// A name with a place for a number, as an example: "out.####.png".
+std::string namePattern();
+
 // Where frames go: a file name with a place for the frame's number, one file, or "-", the standard output. In the name
 // "%%" stands for "%"; folders are taken as they are written.
 class OutputPattern {
 public:
-    // Throws HostError(CommandLine) for a name without a known suffix (.png, .tif, .tiff, .exr), with a lone "#", with
+    // Throws HostError(CommandLine) for a name without a suffix of what this build writes, with a lone "#", with
     // several places for a number, or with one of another form such as "%5d".
     explicit OutputPattern(const std::string& text);
 

@@ -1,13 +1,11 @@
 #include "Host/Command/ProgressStreams.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <mutex>
 
+#include "Host/Command/Descriptors.h"
 #include "Host/Command/Interruption.h"
 #include "Host/Command/JsonLine.h"
 #include "Host/Command/Outlets.h"
@@ -22,7 +20,7 @@ double secondsNow() {
 }
 
 int copyOfStandardError() {
-    const int copy = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    const int copy = copyOfDescriptor(standardError);
     if (copy == -1) {
         throw HostError(ExitStatus::FrameFailed, std::string("standard error: ") + std::strerror(errno));
     }
@@ -34,7 +32,7 @@ int copyOfStandardError() {
 ProgressStreams::ProgressStreams(ProgressMode mode, bool framesOnOutput, const OutputChannel& output) : mMode(mode) {
     mOutput.error = writeStandardError;
     mOutput.json = [](const std::string&) {};
-    mOutput.errorIsTerminal = ::isatty(STDERR_FILENO) == 1;
+    mOutput.errorIsTerminal = isTerminal(standardError);
     mOutput.seconds = secondsNow;
     if (mode != ProgressMode::Json) {
         return;
@@ -42,14 +40,14 @@ ProgressStreams::ProgressStreams(ProgressMode mode, bool framesOnOutput, const O
     letWritesToNobodyFail();
     if (!framesOnOutput) {
         sendObjectsTo(output.descriptor());
-        setOutlets({STDERR_FILENO, output.descriptor()});
+        setOutlets({standardError, output.descriptor()});
         return;
     }
     const int objects = copyOfStandardError();
     sendObjectsTo(objects);
     setOutlets({-1, objects});
     mOutput.error = [](const std::string&) {};
-    mStrayLines.emplace(std::vector<int>{STDOUT_FILENO, STDERR_FILENO}, [put = mOutput.json](const std::string& line) {
+    mStrayLines.emplace(std::vector<int>{standardOutput, standardError}, [put = mOutput.json](const std::string& line) {
         if (!line.empty()) {
             put(messageLine(line));
         }

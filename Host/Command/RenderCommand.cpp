@@ -1,9 +1,9 @@
 #include "Host/Command/RenderCommand.h"
 
-#include <cstdlib>
 #include <memory>
 #include <numeric>
 
+#include "Host/Command/Crashes.h"
 #include "Host/Command/EffectFrames.h"
 #include "Host/Command/ExitGuard.h"
 #include "Host/Command/FrameList.h"
@@ -76,7 +76,7 @@ void tellScriptProblem(const RenderOptions& options, const ParameterTable& table
 }
 
 [[noreturn]] void endProcess(ExitStatus status) {
-    std::_Exit(static_cast<int>(status));
+    endAtOnce(static_cast<int>(status));
 }
 
 // What there is to do, once nothing is known to stand in the way.

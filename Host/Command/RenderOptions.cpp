@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "Host/HostError.h"
+#include "Host/Scene/Files.h"
 
 namespace TessavoyHost {
 namespace {
@@ -51,6 +52,15 @@ Choice choiceIn(const std::string& option, const std::string& value,
 
 void takeOutput(RenderOptions& options, const std::string& value) {
     options.output = OutputPattern(value);
+}
+
+// ".png (8 or 16 bits), .exr (float)"
+std::string suffixesWithDepths() {
+    std::string text;
+    for (const auto& known : usualSuffixes()) {
+        text += (text.empty() ? "" : ", ") + std::string(known.suffix) + " (" + std::string(known.depths) + ")";
+    }
+    return text;
 }
 
 void takeFrames(RenderOptions& options, const std::string& value) {
@@ -162,7 +172,7 @@ void takeModule(RenderOptions& options, const std::string& value) {
     if (value.empty()) {
         refuse("--module", value, "a file");
     }
-    options.module = value;
+    options.module = pathFromUtf8(value);
 }
 
 void takeProgress(RenderOptions& options, const std::string& value) {
@@ -184,8 +194,8 @@ void takeStrict(RenderOptions& options, const std::string&) {
 const std::vector<RenderOption>& renderOptions() {
     static const std::vector<RenderOption> options{
         {"-o,--output", "PATTERN",
-         "output file; ####, [####] or %04d takes the frame number; .png (8 or 16 bits), .tif (any depth) or .exr "
-         "(float); - writes raw frames (A R G B from the top, little-endian, no padding) to standard output",
+         "output file; ####, [####] or %04d takes the frame number; " + suffixesWithDepths() +
+             "; - writes raw frames (A R G B from the top, little-endian, no padding) to standard output",
          "", false, takeOutput},
         {"--frames", "LIST", "12, 0-99, 0-99x5 (every fifth) or 0-99y5 (the others), joined by commas",
          "all of the composition", false, takeFrames},

@@ -40,7 +40,7 @@ struct RenderOptions {
 struct RenderOption {
     const char* names;  // "-o,--output"
     const char* value;  // the value's name; empty for a switch
-    const char* meaning;
+    std::string meaning;
     const char* initial;  // the default in words; may be empty
     bool repeatable;
     void (*take)(RenderOptions& options, const std::string& value);  // throws HostError(CommandLine)

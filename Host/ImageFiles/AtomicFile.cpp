@@ -1,19 +1,14 @@
 #include "Host/ImageFiles/AtomicFile.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <array>
 #include <atomic>
 #include <cctype>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
-#include <optional>
 #include <regex>
-#include <string_view>
 
 #include "Host/HostError.h"
+#include "Host/ImageFiles/SystemFile.h"
+#include "Host/Scene/Files.h"
 
 namespace TessavoyHost {
 
@@ -24,7 +19,9 @@ constexpr std::size_t bufferBytes = std::size_t{256} * 1024;
 const char* remedyOf(int error) {
     switch (error) {
         case ENOSPC:
+#ifdef EDQUOT  // not on Windows
         case EDQUOT:
+#endif
             return "free space on the disk and render the frame again";
         case EFBIG:
             return "raise the limit on file sizes or write to another disk";
@@ -37,6 +34,8 @@ const char* remedyOf(int error) {
             return "make the folder first";
         case ENAMETOOLONG:
             return "choose a shorter name";
+        case EBUSY:
+            return "close the file where it is open";
         case EMFILE:
         case ENFILE:
             return "render with fewer threads";
@@ -48,10 +47,8 @@ const char* remedyOf(int error) {
 // The start of this machine's passing names. Render machines share folders, so a process number alone would not do.
 const std::string& passingPrefix() {
     static const std::string prefix = [] {
-        std::array<char, 64> host{};
-        ::gethostname(host.data(), host.size() - 1);
         std::string name;
-        for (const char letter : std::string_view(host.data())) {
+        for (const char letter : machineName()) {
             name += std::isalnum(static_cast<unsigned char>(letter)) != 0 ? letter : '_';
         }
         return ".tessavoy-" + name + "-";
@@ -64,18 +61,30 @@ const std::string& passingPrefix() {
 std::filesystem::path temporaryName(const std::filesystem::path& path) {
     static std::atomic<unsigned> count{0};
     return path.parent_path() /
-           (passingPrefix() + std::to_string(::getpid()) + "-" + std::to_string(++count) + ".part");
+           (passingPrefix() + std::to_string(ownProcess()) + "-" + std::to_string(++count) + ".part");
 }
+
+struct PassingFile {
+    std::filesystem::path path;
+    int descriptor = -1;
+};
 
 // The number of the process of this machine that writes under such a passing name.
-std::optional<pid_t> writerOf(const std::string& name) {
+std::optional<int> writerOf(const std::string& name) {
     static const std::regex passing(passingPrefix() + R"(([0-9]{1,9})-[0-9]+\.part)");
     std::smatch parts;
-    return std::regex_match(name, parts, passing) ? std::optional<pid_t>(std::stoi(parts[1])) : std::nullopt;
+    return std::regex_match(name, parts, passing) ? std::optional<int>(std::stoi(parts[1])) : std::nullopt;
 }
 
-bool isRunning(pid_t process) {
-    return ::kill(process, 0) == 0 || errno != ESRCH;
+// A new file under a passing name beside the path. Another machine that writes to the same folder may have taken a
+// name.
+std::optional<PassingFile> makePassingFile(const std::filesystem::path& path) {
+    PassingFile file;
+    do {
+        file.path = temporaryName(path);
+        file.descriptor = makeFile(file.path);
+    } while (file.descriptor < 0 && errno == EEXIST);
+    return file.descriptor < 0 ? std::nullopt : std::optional(file);
 }
 
 }  // namespace
@@ -84,7 +93,7 @@ void removeAbandonedFiles(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> abandoned;
     std::error_code ignored;
     for (std::filesystem::directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored)) {
-        const auto writer = writerOf(entry->path().filename().string());
+        const auto writer = writerOf(utf8(entry->path().filename()));
         if (writer && !isRunning(*writer)) {
             abandoned.push_back(entry->path());
         }
@@ -94,27 +103,33 @@ void removeAbandonedFiles(const std::filesystem::path& folder) {
     }
 }
 
+std::optional<std::string> reasonAgainstFiles(const std::filesystem::path& folder) {
+    const auto file = makePassingFile(folder / "probe");
+    if (!file)
+        return std::strerror(errno);
+    closeFile(file->descriptor);
+    removeFile(file->path);
+    return std::nullopt;
+}
+
 AtomicFile::AtomicFile(const std::filesystem::path& path) : mPath(path) {
     std::error_code ignored;
     const std::filesystem::file_status status = std::filesystem::status(path, ignored);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-        throw HostError(ExitStatus::FrameFailed,
-                        path.string() + ": can't be written: isn't a file; choose another name");
+        throw HostError(ExitStatus::FrameFailed, utf8(path) + ": can't be written: isn't a file; choose another name");
     mPending.reserve(bufferBytes);
-    // Another machine that writes to the same folder may have taken the name.
-    do {
-        mTemporary = temporaryName(path);
-        mDescriptor = ::open(mTemporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    } while (mDescriptor < 0 && (errno == EEXIST || errno == EINTR));
-    if (mDescriptor < 0)
+    const auto file = makePassingFile(path);
+    if (!file)
         failWith(errno);
+    mTemporary = file->path;
+    mDescriptor = file->descriptor;
 }
 
 AtomicFile::~AtomicFile() {
     if (mDescriptor >= 0)
-        ::close(mDescriptor);
+        closeFile(mDescriptor);
     if (!mTemporary.empty())
-        ::unlink(mTemporary.c_str());
+        removeFile(mTemporary);
 }
 
 bool AtomicFile::write(const void* from, std::size_t count) noexcept {
@@ -139,28 +154,25 @@ void AtomicFile::seek(std::uint64_t position) noexcept {
 std::size_t AtomicFile::read(void* to, std::size_t count) noexcept {
     if (!flush())
         return 0;
-    const ssize_t got = ::pread(mDescriptor, to, count, static_cast<off_t>(mPosition));
-    if (got < 0)
+    const auto got = readAt(mDescriptor, to, count, mPosition);
+    if (!got)
         keepError(errno);
-    else
-        mPosition += static_cast<std::uint64_t>(got);
-    return got < 0 ? 0 : static_cast<std::size_t>(got);
+    mPosition += got.value_or(0);
+    return got.value_or(0);
 }
 
 bool AtomicFile::flush() noexcept {
     const std::byte* from = mPending.data();
     std::size_t left = mPending.size();
     while (left > 0 && mError == 0) {
-        const ssize_t written = ::pwrite(mDescriptor, from, left, static_cast<off_t>(mPosition));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0) {
-            keepError(written < 0 ? errno : EIO);
+        const auto written = writeAt(mDescriptor, from, left, mPosition);
+        if (written.value_or(0) == 0) {
+            keepError(written ? EIO : errno);
             break;
         }
-        from += written;
-        left -= static_cast<std::size_t>(written);
-        mPosition += static_cast<std::uint64_t>(written);
+        from += *written;
+        left -= *written;
+        mPosition += *written;
     }
     mPending.clear();
     mEnd = mPosition > mEnd ? mPosition : mEnd;
@@ -170,14 +182,11 @@ bool AtomicFile::flush() noexcept {
 void AtomicFile::commit() {
     if (!flush())
         failWith(mError);
-    // Some network and pipe file systems have no flushing (EINVAL); what they hold is as safe as they make it.
-    if (::fsync(mDescriptor) != 0 && errno != EINVAL)
+    if (!flushToDisk(mDescriptor))
         failWith(errno);
-    const int closed = ::close(mDescriptor);
+    const bool isClosed = closeFile(mDescriptor);
     mDescriptor = -1;
-    if (closed != 0 && errno != EINTR)
-        failWith(errno);
-    if (::rename(mTemporary.c_str(), mPath.c_str()) != 0)
+    if (!isClosed || !renameOver(mTemporary, mPath))
         failWith(errno);
     mTemporary.clear();
 }
@@ -187,7 +196,7 @@ void AtomicFile::fail(const std::string& libraryText) {
     if (mError != 0)
         failWith(mError);
     throw HostError(ExitStatus::FrameFailed,
-                    mPath.string() + ": can't be written (" + libraryText + "); choose another file format");
+                    utf8(mPath) + ": can't be written (" + libraryText + "); choose another file format");
 }
 
 void AtomicFile::keepError(int error) noexcept {
@@ -197,7 +206,7 @@ void AtomicFile::keepError(int error) noexcept {
 
 void AtomicFile::failWith(int error) const {
     throw HostError(ExitStatus::FrameFailed,
-                    mPath.string() + ": can't be written: " + std::strerror(error) + "; " + remedyOf(error));
+                    utf8(mPath) + ": can't be written: " + std::strerror(error) + "; " + remedyOf(error));
 }
 
 }  // namespace TessavoyHost

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,9 @@ private:
     std::uint64_t mEnd = 0;
     std::vector<std::byte> mPending;  // bytes not yet handed to the system, of a capacity that never changes
 };
+
+// Why no file can be made in the folder, in words; nothing where one can. A passing file is made, and removed.
+std::optional<std::string> reasonAgainstFiles(const std::filesystem::path& folder);
 
 // Removes the passing files that processes of this machine which are no longer running left in the folder. Files of
 // other machines are let alone: a folder may be shared.

@@ -235,7 +235,7 @@ Image readExr(InputFile& file) {
     return ExrReader(file).readPixels();
 }
 
-void writeExr(AtomicFile& file, const PixelView& pixels, const FrameMetadata& metadata) {
+void writeExr(AtomicFile& file, const PixelView& pixels, const FrameMetadata& metadata, int) {
     std::vector<float> band(static_cast<std::size_t>(pixels.width) * 4 * rowsOfABand);
     try {
         ExrOutput stream(file);

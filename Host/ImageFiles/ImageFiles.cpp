@@ -1,11 +1,15 @@
 #include "Host/ImageFiles/ImageFiles.h"
 
+#include <algorithm>
+#include <iterator>
 #include <new>
 #include <stdexcept>
 #include <string_view>
+#include <vector>
 
 #include "Host/HostError.h"
 #include "Host/ImageFiles/Formats.h"
+#include "Host/Scene/Files.h"
 
 namespace TessavoyHost {
 
@@ -13,29 +17,71 @@ namespace {
 
 using namespace std::string_view_literals;
 
+// Formats without a function are those that need a library which this build was made without.
 struct Reader {
+    std::string_view name;
     std::string_view signature;  // the first bytes of the file
     ImageSize (*probe)(InputFile&);
     Image (*read)(InputFile&);
 };
 
 constexpr Reader readers[] = {
-    {"\x89PNG\r\n\x1a\n"sv, probePng, readPng}, {"\xff\xd8\xff"sv, probeJpeg, readJpeg},
-    {"\x76\x2f\x31\x01"sv, probeExr, readExr},  {"II*\0"sv, probeTiff, readTiff},
-    {"MM\0*"sv, probeTiff, readTiff},           {"II+\0"sv, probeTiff, readTiff},
-    {"MM\0+"sv, probeTiff, readTiff},
+    {"PNG", "\x89PNG\r\n\x1a\n"sv, probePng, readPng}, {"EXR", "\x76\x2f\x31\x01"sv, probeExr, readExr},
+    {"TIFF", "II*\0"sv, probeTiff, readTiff},          {"TIFF", "MM\0*"sv, probeTiff, readTiff},
+    {"TIFF", "II+\0"sv, probeTiff, readTiff},          {"TIFF", "MM\0+"sv, probeTiff, readTiff},
+    {"JPEG", "\xff\xd8\xff"sv, probeJpeg, readJpeg},   {"PAM", "P7\n"sv, probePam, readPam},
 };
+
+struct Writer {
+    FileFormat format;
+    void (*write)(AtomicFile&, const PixelView&, const FrameMetadata&, int pngLevel);
+};
+
+constexpr Writer writers[] = {
+    {FileFormat::Png, writePng},
+    {FileFormat::Tiff, writeTiff},
+    {FileFormat::Exr, writeExr},
+    {FileFormat::Pam, writePam},
+};
+
+constexpr const Writer& writerOf(FileFormat format) {
+    return *std::find_if(std::begin(writers), std::end(writers),
+                         [format](const Writer& w) { return w.format == format; });
+}
+
+constexpr FileSuffix suffixOf(FileFormat format, std::string_view suffix, std::string_view depths) {
+    return {suffix, format, depths, writerOf(format).write != nullptr};
+}
+
+constexpr FileSuffix suffixes[] = {
+    suffixOf(FileFormat::Png, ".png", "8 or 16 bits"), suffixOf(FileFormat::Tiff, ".tif", "any depth"),
+    suffixOf(FileFormat::Tiff, ".tiff", "any depth"),  suffixOf(FileFormat::Exr, ".exr", "float"),
+    suffixOf(FileFormat::Pam, ".pam", "8 or 16 bits"),
+};
+
+// "PNG, EXR, TIFF, JPEG or PAM"
+std::string readFormats() {
+    std::vector<std::string_view> names;
+    for (const Reader& reader : readers)
+        if (reader.read != nullptr && (names.empty() || names.back() != reader.name))
+            names.push_back(reader.name);
+    return alternatives(names);
+}
 
 const Reader& readerOf(InputFile& file) {
     char start[8] = {};
     const std::string_view bytes(start, file.read(start, sizeof start));
     file.seek(0);
-    for (const Reader& reader : readers)
-        if (bytes.starts_with(reader.signature))
-            return reader;
     if (bytes.empty())
         file.fail("is empty", "make the file again");
-    file.fail("isn't a PNG, EXR, TIFF or JPEG picture", "convert it to one of these");
+    const auto reader = std::find_if(std::begin(readers), std::end(readers),
+                                     [&](const Reader& r) { return bytes.starts_with(r.signature); });
+    if (reader == std::end(readers))
+        file.fail("isn't a " + readFormats() + " picture", "convert it to one of these");
+    if (reader->read == nullptr)
+        file.fail("is a " + std::string(reader->name) + " picture, which this build doesn't read",
+                  "convert it to " + readFormats());
+    return *reader;
 }
 
 template <class Read>
@@ -52,25 +98,24 @@ auto withinMemory(InputFile& file, Read read) {
 void requireWritable(const std::filesystem::path& path, const PixelView& pixels) {
     const std::string limit = std::to_string(maximumPictureSide);
     if (pixels.width < 1 || pixels.height < 1)
-        throw HostError(ExitStatus::FrameFailed, path.string() + ": the picture has no pixels; render a larger region");
+        throw HostError(ExitStatus::FrameFailed, utf8(path) + ": the picture has no pixels; render a larger region");
     if (pixels.width > maximumPictureSide || pixels.height > maximumPictureSide)
-        throw HostError(ExitStatus::FrameFailed, path.string() + ": the picture is larger than " + limit + " x " +
-                                                     limit + " pixels; render a smaller region");
-}
-
-void writeFormat(AtomicFile& file, FileFormat format, const PixelView& pixels, const FrameMetadata& metadata,
-                 int pngLevel) {
-    switch (format) {
-        case FileFormat::Png:
-            return writePng(file, pixels, metadata, pngLevel);
-        case FileFormat::Tiff:
-            return writeTiff(file, pixels, metadata);
-        case FileFormat::Exr:
-            return writeExr(file, pixels, metadata);
-    }
+        throw HostError(ExitStatus::FrameFailed, utf8(path) + ": the picture is larger than " + limit + " x " + limit +
+                                                     " pixels; render a smaller region");
 }
 
 }  // namespace
+
+std::span<const FileSuffix> fileSuffixes() {
+    return suffixes;
+}
+
+std::string alternatives(const std::vector<std::string_view>& names) {
+    std::string text;
+    for (const std::string_view& name : names)
+        text += (&name == &names.front() ? "" : &name == &names.back() ? " or " : ", ") + std::string(name);
+    return text;
+}
 
 Image readImage(const std::filesystem::path& path) {
     InputFile file(path);
@@ -99,12 +144,15 @@ void verifyImage(const std::filesystem::path& path, int width, int height) {
 void writeImage(const std::filesystem::path& path, FileFormat format, const PixelView& pixels,
                 const FrameMetadata& metadata, int pngLevel) {
     requireWritable(path, pixels);
+    const auto write = writerOf(format).write;
+    if (write == nullptr)
+        throw HostError(ExitStatus::FrameFailed, utf8(path) + ": this build doesn't write the format; choose .pam");
     AtomicFile file(path);
     try {
-        writeFormat(file, format, pixels, metadata, pngLevel);
+        write(file, pixels, metadata, pngLevel);
     } catch (const std::bad_alloc&) {
         throw HostError(ExitStatus::FrameFailed,
-                        path.string() + ": no memory left to write it; render with fewer threads");
+                        utf8(path) + ": no memory left to write it; render with fewer threads");
     }
     file.commit();
 }

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "Host/HostError.h"
+#include "Host/Scene/Files.h"
 
 namespace TessavoyHost {
 
@@ -45,7 +46,7 @@ std::size_t InputFile::read(void* to, std::size_t count) noexcept {
 }
 
 void InputFile::fail(const std::string& what, const std::string& remedy) const {
-    throw HostError(ExitStatus::Scene, mPath.string() + ": " + what + "; " + remedy);
+    throw HostError(ExitStatus::Scene, utf8(mPath) + ": " + what + "; " + remedy);
 }
 
 void InputFile::failDamaged(const std::string& libraryText) const {

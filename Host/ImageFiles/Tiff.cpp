@@ -218,7 +218,7 @@ Image readTiff(InputFile& file) {
     return TiffReader(file).readPixels();
 }
 
-void writeTiff(AtomicFile& file, const PixelView& pixels, const FrameMetadata& metadata) {
+void writeTiff(AtomicFile& file, const PixelView& pixels, const FrameMetadata& metadata, int) {
     TiffWriter(file, pixels).write(metadata);
 }
 

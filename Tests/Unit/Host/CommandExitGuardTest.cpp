@@ -9,11 +9,11 @@
 #include <cstdlib>
 #include <thread>
 
+#include "Host/Command/Descriptors.h"
 #include "Host/Command/EffectFrames.h"
 #include "Host/Command/JsonLine.h"
 #include "Host/Command/Outlets.h"
 #include "Host/Command/OutputChannel.h"
-#include "Host/Command/StandardError.h"
 #include "Host/SignalStack.h"
 #include "Tests/Unit/Host/HostFixture.h"
 

@@ -35,12 +35,13 @@ TEST(CommandOutputPattern, TheSuffixNamesTheFormat) {
     EXPECT_EQ(OutputPattern("a.tif").format(), FileFormat::Tiff);
     EXPECT_EQ(OutputPattern("a.tiff").format(), FileFormat::Tiff);
     EXPECT_EQ(OutputPattern("a.exr").format(), FileFormat::Exr);
+    EXPECT_EQ(OutputPattern("a.pam").format(), FileFormat::Pam);
 }
 
 TEST(CommandOutputPattern, OtherSuffixesAreRefused) {
     for (const std::string text : {"", "a", "a.jpg", "a.png/", "a.png.gz", ".png", "####"}) {
         EXPECT_EQ(refusal(text),
-                  "--output: \"" + text + "\" must end in .png, .tif or .exr, or be - for the standard output");
+                  "--output: \"" + text + "\" must end in .png, .tif, .exr or .pam, or be - for the standard output");
     }
 }
 

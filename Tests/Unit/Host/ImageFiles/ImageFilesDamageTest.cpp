@@ -12,8 +12,10 @@ std::map<std::string, std::string> makeGoodFiles() {
     const TestFolder folder;
     const TestWorld<std::uint8_t> world = noiseWorld(19, 70);
     std::map<std::string, std::string> files;
-    for (const auto& [name, format] :
-         {std::pair{"a.png", FileFormat::Png}, {"a.tif", FileFormat::Tiff}, {"a.exr", FileFormat::Exr}}) {
+    for (const auto& [name, format] : {std::pair{"a.png", FileFormat::Png},
+                                       {"a.tif", FileFormat::Tiff},
+                                       {"a.exr", FileFormat::Exr},
+                                       {"a.pam", FileFormat::Pam}}) {
         writeImage(folder / name, format, world.view(), {3, "Tool 1.0"}, 1);
         files[name] = readBytes(folder / name);
     }
@@ -100,7 +102,7 @@ TEST(ImageFilesDamage, TellsWhatIsNotAPicture) {
     EXPECT_EQ(toldByReading(empty).text, empty.string() + ": is empty; make the file again");
     const auto wrong = writeBytes(folder / "words.png", "these are words");
     EXPECT_EQ(toldByReading(wrong).text,
-              wrong.string() + ": isn't a PNG, EXR, TIFF or JPEG picture; convert it to one of these");
+              wrong.string() + ": isn't a PNG, EXR, TIFF, JPEG or PAM picture; convert it to one of these");
     const auto missing = folder / "missing.png";
     EXPECT_EQ(toldByReading(missing).text, missing.string() + ": there is no such file; check the path");
     EXPECT_EQ(toldByReading(folder.path()).text, folder.path().string() + ": isn't a file; name a picture file");

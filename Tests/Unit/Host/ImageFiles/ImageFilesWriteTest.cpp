@@ -17,8 +17,10 @@ struct Output {
     const char* name;
 };
 
-constexpr Output outputs[] = {
-    {FileFormat::Png, "frame.png"}, {FileFormat::Tiff, "frame.tif"}, {FileFormat::Exr, "frame.exr"}};
+constexpr Output outputs[] = {{FileFormat::Png, "frame.png"},
+                              {FileFormat::Tiff, "frame.tif"},
+                              {FileFormat::Exr, "frame.exr"},
+                              {FileFormat::Pam, "frame.pam"}};
 
 void write(const std::filesystem::path& path, FileFormat format) {
     writeImage(path, format, noiseWorld(150, 100).view(), {}, 1);
@@ -211,7 +213,7 @@ TEST(ImageFilesWrite, ThreadsWriteSideBySide) {
         });
     for (std::thread& thread : threads)
         thread.join();
-    EXPECT_EQ(folder.fileCount(), 12);
+    EXPECT_EQ(folder.fileCount(), 16);
     for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
         EXPECT_NO_THROW(verifyImage(entry.path(), 150, 100));
 }

@@ -1,15 +1,5 @@
 #include "Host/SignalStack.h"
 
-#ifdef _WIN32
-
-namespace TessavoyHost {
-
-void useSignalStack() noexcept {}
-
-}  // namespace TessavoyHost
-
-#else
-
 #include <signal.h>
 #include <unistd.h>
 
@@ -56,5 +46,3 @@ void useSignalStack() noexcept {
 }
 
 }  // namespace TessavoyHost
-
-#endif

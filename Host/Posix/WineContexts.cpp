@@ -1,0 +1,11 @@
+#include "Host/WineContexts.h"
+
+namespace TessavoyHost {
+
+bool runsUnderWine() {
+    return false;
+}
+
+void shareContextsAtCreation(void*) {}
+
+}  // namespace TessavoyHost
