@@ -12,4 +12,12 @@ inline void appendLittleEndian(std::vector<std::byte>& bytes, std::uint32_t numb
         bytes.push_back(static_cast<std::byte>(number >> shift & 0xff));
 }
 
+// The number at an offset, which must have four bytes there.
+inline std::uint32_t littleEndianAt(const std::vector<std::byte>& bytes, std::size_t offset) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+        number |= std::to_integer<std::uint32_t>(bytes.at(offset + i)) << (8 * i);
+    return number;
+}
+
 }  // namespace TessavoyHost

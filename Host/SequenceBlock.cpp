@@ -2,12 +2,15 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Host/HostError.h"
 #include "Host/LittleEndian.h"
 
 namespace TessavoyHost {
 namespace {
 
 constexpr std::uint32_t headerSize = 16;
+constexpr std::size_t headerPlace = 8;
+constexpr std::size_t scriptSizePlace = 16;
 
 void append(std::vector<std::byte>& block, const std::string& text) {
     for (const char c : text)
@@ -39,6 +42,18 @@ std::vector<std::byte> sequenceBlock(const std::string& script, const std::map<s
     append(block, text + '\0');
     append(block, json + '\0');
     return block;
+}
+
+std::string scriptIn(const std::vector<std::byte>& block) {
+    if (block.size() >= headerPlace + headerSize) {
+        const std::size_t begin = headerPlace + littleEndianAt(block, headerPlace);
+        const std::size_t size = littleEndianAt(block, scriptSizePlace);
+        if (size > 0 && begin <= block.size() && size <= block.size() - begin) {
+            const auto* text = reinterpret_cast<const char*>(block.data()) + begin;
+            return {text, size - 1};
+        }
+    }
+    throw HostError(ExitStatus::Module, "the effect's saved data holds no script");
 }
 
 }  // namespace TessavoyHost

@@ -15,4 +15,7 @@ namespace TessavoyHost {
 std::vector<std::byte> sequenceBlock(const std::string& script, const std::map<std::int32_t, std::string>& names,
                                      std::uint32_t version);
 
+// The script in such a block. Throws HostError(Module) where it is none.
+std::string scriptIn(const std::vector<std::byte>& block);
+
 }  // namespace TessavoyHost
