@@ -11,6 +11,11 @@ constexpr const char* elementKey = DUK_HIDDEN_SYMBOL("element");
 constexpr const char* elementsKey = "elements";
 constexpr const char* trapsKey = "traps";
 
+// Ends the script with an error; what is a literal.
+void refuse(duk_context* interpreter, const char* what) {
+    Session::call(interpreter, [what](Session&) { throw ScriptUiError(std::string("ScriptUI: ") + what); });
+}
+
 ScriptUi::Element elementAt(duk_context* interpreter, duk_idx_t place) {
     duk_get_prop_string(interpreter, place, elementKey);
     const auto element = duk_require_int(interpreter, -1);
@@ -58,7 +63,7 @@ ScriptArgument allArguments(duk_context* interpreter) {
 
 duk_ret_t constructWindow(duk_context* interpreter) {
     if (duk_is_constructor_call(interpreter) == 0)
-        return duk_type_error(interpreter, "Window is made by new Window(...)");
+        refuse(interpreter, "Window is made by new Window(...)");
     const ScriptArgument arguments = allArguments(interpreter);
     Session::call(interpreter, [&](Session& session) { session.element = session.ui.makeWindow(jsonOf(arguments)); });
     pushElement(interpreter, Session::of(interpreter).element);
@@ -99,6 +104,8 @@ void takeValue(Session& session, const nlohmann::json& value) {
 
 // Takes target, name and receiver.
 duk_ret_t getMember(duk_context* interpreter) {
+    if (duk_is_symbol(interpreter, 1) != 0)
+        return 0;  // the language itself asks for these, and has what is missing
     const ScriptUi::Element element = elementAt(interpreter, 0);
     const ScriptArgument name = argumentAt(interpreter, 1);
     Session::call(interpreter, [&](Session& session) {
@@ -154,7 +161,8 @@ duk_ret_t setMember(duk_context* interpreter) {
 }
 
 duk_ret_t deleteMember(duk_context* interpreter) {
-    return duk_type_error(interpreter, "members of dialogs can't be deleted");
+    refuse(interpreter, "members can't be deleted");
+    return 0;
 }
 
 }  // namespace
