@@ -5,6 +5,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "Host/Faults.h"
 #include "Host/Handles.h"
@@ -23,8 +24,11 @@ struct HostOptions {
 
 // What a dialog script came to. Texts are UTF-8.
 struct ScriptAnswer {
-    std::string text;     // the value of its last expression, or what is wrong with it
-    bool failed = false;  // it is not in the language, or ended by an error
+    // A text alone is the value of a script that did well.
+    ScriptAnswer(std::string answer, bool hasFailed = false) : text(std::move(answer)), failed(hasFailed) {}
+
+    std::string text;  // the value of its last expression, or what is wrong with it
+    bool failed;       // it is not in the language, or ended by an error
 };
 
 // What only some hosts can do. An empty function is a host that cannot.

@@ -240,7 +240,7 @@ TEST_F(HostApplicationSuites, RunScriptsOnlyWhereTheHostCan) {
     });
     instance->renderFrame({});
     EXPECT_NE(error, 0);
-    host.services().hooks.runScript = [](const std::string& script) { return ScriptAnswer{script + " = 2", false}; };
+    host.services().hooks.runScript = [](const std::string& script) { return script + " = 2"; };
     EXPECT_THAT(instance->renderFrame({}).broken, testing::IsEmpty());
     EXPECT_EQ(error, 0);
     EXPECT_EQ(answer, "1 + 1 = 2");
