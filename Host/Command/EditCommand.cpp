@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Host/Command/ExitGuard.h"
 #include "Host/Command/LoadedModule.h"
@@ -22,7 +23,22 @@
 namespace TessavoyHost {
 namespace {
 
-constexpr const char* quoteRemedy = "write its texts in double quotes";
+// What ends the text in the dialog's own script.
+struct Obstacle {
+    std::string_view bytes;
+    std::string_view name;
+    std::string_view remedy;
+};
+constexpr Obstacle obstacles[] = {
+    {"'", "a single quote", "write texts in double quotes"},
+    {"\xE2\x80\xA8", "a line separator (U+2028)", "take it out"},
+    {"\xE2\x80\xA9", "a paragraph separator (U+2029)", "take it out"},
+};
+
+// From 1.
+long lineOf(const std::string& text, std::size_t place) {
+    return 1 + std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(place), '\n');
+}
 
 // A click into the control, as the panel sends it.
 CommandResult clickControl(EffectInstance& instance, int parameter) {
@@ -107,11 +123,13 @@ private:
     // Why the effect's dialog can't be opened on the script that is stored; empty where nothing is known against it.
     std::string whatDialogsCantHold() const {
         const std::string& script = mProject.script;
-        if (script.find('\'') != std::string::npos) {
-            const auto line =
-                1 + std::count(script.begin(), script.begin() + static_cast<std::ptrdiff_t>(script.find('\'')), '\n');
-            return "line " + std::to_string(line) + " has a single quote, which the effect's dialog can't hold; " +
-                   quoteRemedy + ", in another editor this once";
+        for (const Obstacle& obstacle : obstacles) {
+            const std::size_t place = script.find(obstacle.bytes);
+            if (place != std::string::npos) {
+                return "line " + std::to_string(lineOf(script, place)) + " has " + std::string(obstacle.name) +
+                       ", which the effect's dialog can't hold; " + std::string(obstacle.remedy) +
+                       ", in another editor this once";
+            }
         }
         return isUtf8(script) ? "" : "the script is not UTF-8; save it so in another editor";
     }
@@ -138,11 +156,12 @@ private:
 
     // What the user should know of the new script, and the status for it.
     ExitStatus checkStored(const std::string& script) {
-        if (script.find('\'') != std::string::npos) {
-            writeStandardError(mSource.name +
-                               ": the script has a single quote, with which the effect's dialog won't "
-                               "open again; " +
-                               quoteRemedy + '\n');
+        for (const Obstacle& obstacle : obstacles) {
+            if (script.find(obstacle.bytes) != std::string::npos) {
+                writeStandardError(mSource.name + ": the script has " + std::string(obstacle.name) +
+                                   ", with which the effect's dialog won't open again; " +
+                                   std::string(obstacle.remedy) + '\n');
+            }
         }
         const auto problem = scriptProblem(*mInstance, mModule.table(), {mSource.name, script});
         if (problem) {

@@ -216,6 +216,16 @@ TEST_F(EditCommand, ASingleQuoteIsToldWithTheRemedy) {
     }
 }
 
+// The dialog's language ends a text there.
+TEST_F(EditCommand, ALineSeparatorIsToldWithTheRemedy) {
+    for (const char* character : {"\xE2\x80\xA8", "\xE2\x80\xA9"}) {
+        script("x = 1\n--" + std::string(character) + "\n");
+        const auto outcome = edit("touch started");
+        EXPECT_EQ(outcome.status, 3);
+        EXPECT_THAT(outcome.error, AllOf(HasSubstr("line 2 has a "), HasSubstr("separator"), HasSubstr("take it out")));
+    }
+}
+
 // Two quotes may make another text of the script, which nobody wants to edit.
 TEST_F(EditCommand, ATextThatQuotesChangeIsNotEdited) {
     script("x = #'+'\n");
