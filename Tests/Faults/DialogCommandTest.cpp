@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -38,6 +42,29 @@ protected:
     Outcome editBy(const std::string& setting, const std::string& sceneFile = "scene.json") {
         std::filesystem::create_directory(folder / "temporary");
         return wait(start("edit " + sceneFile, ">stdout", "export TMPDIR=\"$PWD/temporary\"; " + setting));
+    }
+
+    // Runs it on a terminal of its own; gives what appeared there, and the exit status.
+    std::pair<std::string, int> editOnTerminal(const std::string& setting) {
+        file("scene.json", scene.dump());
+        const std::string line = setting + "exec '" TESSAVOY_COMMAND "' edit scene.json";
+        int terminal = -1;
+        const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (child == 0) {
+            if (::chdir(folder.c_str()) == 0) {
+                ::execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
+            }
+            ::_exit(127);
+        }
+        std::string screen;
+        std::array<char, 1024> block{};
+        for (ssize_t got = 0; (got = ::read(terminal, block.data(), block.size())) > 0;) {
+            screen.append(block.data(), static_cast<std::size_t>(got));
+        }
+        int state = 0;
+        ::waitpid(child, &state, 0);
+        ::close(terminal);
+        return {screen, WIFEXITED(state) ? WEXITSTATUS(state) : -1};
     }
 
     // What the command left there.
@@ -142,6 +169,17 @@ TEST_F(EditCommand, TakesTheVisualEditorFirst) {
     const auto outcome = editBy("export VISUAL=\"sed -i 's/^x = 1/x = 3/'\" EDITOR=false; ");
     EXPECT_EQ(outcome.status, 0) << outcome.error;
     EXPECT_EQ(contents(folder / "wave.lua"), "x = 3\n");
+}
+
+// The editor's input and output are the terminal, though the command keeps its own output apart.
+TEST_F(EditCommand, OnATerminalThereIsAlwaysAnEditor) {
+    script("x = 1\n");
+    file("vi", "#!/bin/sh\ntest -t 0 && test -t 1 && echo drawn && echo 'x = 2' >> \"$1\"\n");
+    std::filesystem::permissions(folder / "vi", std::filesystem::perms::owner_all);
+    const auto [screen, status] = editOnTerminal("unset VISUAL EDITOR; PATH=\"$PWD:$PATH\"; ");
+    EXPECT_EQ(status, 0) << screen;
+    EXPECT_THAT(screen, HasSubstr("drawn\r\nwave.lua: stored\r\n"));
+    EXPECT_EQ(contents(folder / "wave.lua"), "x = 1\nx = 2\n");
 }
 
 // Each way to cancel: nothing is changed, and the command says so and why.
