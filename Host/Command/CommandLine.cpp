@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "Host/Command/AboutCommand.h"
+#include "Host/Command/BoundsCommand.h"
 #include "Host/Command/CheckCommand.h"
+#include "Host/Command/EditCommand.h"
 #include "Host/Command/ExitGuard.h"
 #include "Host/Command/LoadedModule.h"
 #include "Host/Command/ParameterListing.h"
@@ -33,6 +35,8 @@ public:
         addRender();
         addCheck();
         addSave();
+        addBounds();
+        addEdit();
         addParameters();
         addSchema();
         addAbout();
@@ -124,6 +128,22 @@ private:
         addModule(save);
     }
 
+    void addBounds() {
+        auto* bounds = addSubcommand("bounds", "the depth range of a frame, as the effect's dialog shows it",
+                                     " scene.json --frame 12",
+                                     [this] { return printBounds(mOptions.scene, mOptions.module, mFrame, mOutput); });
+        addScene(bounds);
+        bounds->add_option("--frame", mFrame, "the frame, from 0 (default: 0)")->type_name("N");
+        addModule(bounds);
+    }
+
+    void addEdit() {
+        auto* edit = addSubcommand("edit", "the script of the scene in your editor ($VISUAL, $EDITOR)", " scene.json",
+                                   [this] { return editScript(mOptions.scene, mOptions.module, mOutput); });
+        addScene(edit);
+        addModule(edit);
+    }
+
     ExitStatus printFromModule(const std::function<std::string(const ParameterTable&)>& text) {
         LoadedModule module(mOptions.module);
         return decideStatus([&] {
@@ -201,6 +221,7 @@ private:
     OutputChannel& mOutput;
     RenderOptions mOptions;
     std::filesystem::path mFile;  // that a command writes, other than frames
+    int mFrame = 0;               // of `bounds`
     std::function<std::string(const ParameterTable&)> mListing = parametersAsText;
     std::function<ExitStatus()> mAction;
     CLI::App mApp{"Renders scenes with the Tessavoy effect.", "tessavoy"};

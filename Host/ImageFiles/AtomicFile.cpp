@@ -25,7 +25,7 @@ const char* remedyOf(int error) {
     switch (error) {
         case ENOSPC:
         case EDQUOT:
-            return "free space on the disk and render the frame again";
+            return "free space on the disk and try again";
         case EFBIG:
             return "raise the limit on file sizes or write to another disk";
         case EACCES:
