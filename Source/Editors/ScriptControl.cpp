@@ -1,9 +1,14 @@
 #include "Source/Editors/ScriptControl.h"
 
 #include "Source/Editors/PanelDrawing.h"
+#include "Source/Editors/ScriptDialog.h"
+#include "Source/HostAccess/Exception.h"
+#include "Source/HostAccess/HostMemory.h"
+#include "Source/HostAccess/SuiteHandler.h"
 #include "Source/Sequence.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -46,18 +51,56 @@ void draw(const PanelDrawing& drawing, const PF_Rect& frame, std::string_view bo
     }
 }
 
-}  // namespace
-
-PF_Err HandleScriptEvent(PF_InData* inData, PF_OutData* outData, PF_ParamDef*[], PF_EventExtra* extra) {
-    if (extra->e_type != PF_Event_DRAW) {
-        return PF_Err_NONE;
-    }
+PF_Err handleDraw(PF_InData* inData, PF_OutData* outData, PF_EventExtra* extra) {
     const PanelDrawing drawing(inData, outData, extra->contextH);
     if (drawing.hasSurface() && drawing.supportsText()) {
         draw(drawing, extra->effect_win.current_frame, bodyOf(sequenceData(inData)));
     }
     extra->evt_out_flags |= PF_EO_HANDLED_EVENT;
     return PF_Err_NONE;
+}
+
+struct FreeHostBlock {
+    PF_InData* inData;
+    void operator()(char* block) const { HostFree(inData, block); }
+};
+
+PF_Err markProjectChanged(PF_InData* inData, PF_OutData* outData) {
+    SuiteHandler suites(inData->pica_basicP);
+    const PF_Err error = suites.get<PF_AdvAppSuite2>().PF_SetProjectDirty();
+    outData->out_flags |= PF_OutFlag_FORCE_RERENDER | PF_OutFlag_REFRESH_UI;
+    return error;
+}
+
+/// A text that came out of a dialog with an error changes the project, but is not stored. The first error counts.
+PF_Err editScript(PF_InData* inData, PF_OutData* outData) {
+    SequenceData* record = sequenceData(inData);
+    const std::string script = record == nullptr ? std::string() : record->script;
+    char* text = nullptr;
+    const PF_Err dialogError = EditScriptDialog(inData, script.c_str(), &text);
+    const std::unique_ptr<char, FreeHostBlock> newScript(text, {inData});
+    if (newScript == nullptr) {
+        return dialogError;
+    }
+    const PF_Err markError = markProjectChanged(inData, outData);
+    if (dialogError != PF_Err_NONE) {
+        return dialogError;
+    }
+    const PF_Err storeError = validateScript(record, inData, newScript.get());
+    return firstError(markError, storeError);
+}
+
+}  // namespace
+
+PF_Err HandleScriptEvent(PF_InData* inData, PF_OutData* outData, PF_ParamDef*[], PF_EventExtra* extra) {
+    switch (extra->e_type) {
+        case PF_Event_DRAW:
+            return handleDraw(inData, outData, extra);
+        case PF_Event_DO_CLICK:
+            return editScript(inData, outData);
+        default:
+            return PF_Err_NONE;
+    }
 }
 
 }  // namespace Tessavoy

@@ -33,4 +33,9 @@ inline void throwOnError(PF_Err error) {
     }
 }
 
+/// Of two results, of which the second came later, the one that counts.
+inline PF_Err firstError(PF_Err first, PF_Err second) {
+    return first != 0 ? first : second;
+}
+
 }  // namespace Tessavoy

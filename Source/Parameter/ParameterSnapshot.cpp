@@ -1,6 +1,7 @@
 #include "Source/Parameter/ParameterSnapshot.h"
 
 #include "Source/Parameter/ParameterReader.h"
+#include "Source/Parameter/PopupValues.h"
 #include "Source/Parameter/Sections.h"
 
 namespace Tessavoy {
@@ -181,10 +182,9 @@ void readCustomParameters(ParameterReader& reader, ParameterSnapshot& s) {
 }
 
 void readOutput(ParameterReader& reader, ParameterSnapshot& s) {
-    constexpr A_long zBuffer = 2;
     A_long outputType = 0;
     reader.choice("OutputType", outputType);
-    s.OutputZBuffer = outputType == zBuffer;
+    s.OutputZBuffer = outputType == PopupValues::ZBuffer;
     reader.number("OutputZDepthStart", s.OutputZDepthStart);
     reader.number("OutputZDepthEnd", s.OutputZDepthEnd);
     reader.flag("OutputZDepthClamp", s.OutputZDepthClamp);

@@ -3,6 +3,7 @@
 #include "HostInterface/Types.h"
 
 #include <string>
+#include <string_view>
 
 namespace Tessavoy {
 
@@ -14,8 +15,23 @@ inline constexpr int CustomParameterKinds = static_cast<int>(CustomParameterType
 /// How many slots of a kind the user sees and can name.
 inline constexpr A_long NamedSlots = 10;
 
-/// The id of the parameter that carries a slot's name: the slot's own, or the start of its group where the slot is a
-/// group. slot: 1 to 10. With Size it is an assertion that stops the process.
+/// What the kinds' slots differ in.
+struct CustomKind {
+    std::string_view prefix;        ///< of the section's ids
+    std::string_view customSuffix;  ///< of the id that carries a slot's name: the slot is a group, or a parameter
+    A_long plainLabel;              ///< row of the text table: a format of the slot's number
+    A_long namedLabel;              ///< row of the text table: a format of the slot's number and its name
+};
+
+/// With Size it is an assertion that stops the process.
+const CustomKind& customKind(CustomParameterType type);
+
+/// The ids of a slot's parameters, slot 1 to 10, with the same assertion: of the one that carries its name, the slot's
+/// own or the start of its group where the slot is a group; and of the button that names it.
 std::string slotNameId(CustomParameterType type, A_long slot);
+std::string slotRenameId(CustomParameterType type, A_long slot);
+
+/// The id of the switch that shows the kind's rename buttons.
+std::string renameSwitchId(CustomParameterType type);
 
 }  // namespace Tessavoy

@@ -11,6 +11,8 @@ enum ShapeFramesSplittingMode : A_long { GridOfItems = 1, TimelineFrames = 2, Sp
 
 enum ShapeDrawMode : A_long { Fill = 1, Stroke = 2 };
 
+enum OutputType : A_long { Composite = 1, ZBuffer = 2 };
+
 enum Multisampling : A_long { NoMultisampling = 1, FourSamples = 2 };
 
 /// A choice of custom layer: value n beyond this is custom layer n - 1.

@@ -8,6 +8,8 @@
 #include "Source/HostAccess/SuiteHandler.h"
 #include "Source/Parameter/ArbitraryKind.h"
 #include "Source/Parameter/CustomParameterSets.h"
+#include "Source/Parameter/DynamicFlags.h"
+#include "Source/Parameter/PanelUpdate.h"
 #include "Source/Parameter/Registration.h"
 #include "Source/Parameter/StringTable.h"
 #include "Source/Sequence.h"
@@ -15,6 +17,7 @@
 #include "Source/Shell/PreRender.h"
 #include "Source/Shell/ProductIdentity.h"
 #include "Source/Shell/SmartRender.h"
+#include "Source/Shell/UserChangedParam.h"
 
 #include <cstdint>
 #include <unordered_set>
@@ -100,6 +103,12 @@ PF_Err dispatch(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDef*
             return runSequenceCommand(SequenceSetdown, inData, outData);
         case PF_Cmd_GET_FLATTENED_SEQUENCE_DATA:
             return runSequenceCommand(SequenceGetFlattened, inData, outData);
+        case PF_Cmd_USER_CHANGED_PARAM:
+            return UserChangedParam(inData, outData, params, static_cast<PF_UserChangedParamExtra*>(extra));
+        case PF_Cmd_UPDATE_PARAMS_UI:
+            return UpdateParamsUi(inData, outData, params);
+        case PF_Cmd_QUERY_DYNAMIC_FLAGS:
+            return QueryDynamicFlags(inData, outData);
         case PF_Cmd_EVENT:
             return panelEvent(inData, outData, params, static_cast<PF_EventExtra*>(extra));
         case PF_Cmd_ARBITRARY_CALLBACK:

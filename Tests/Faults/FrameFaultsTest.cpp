@@ -233,7 +233,7 @@ TEST_F(FrameFaults, AreTriedOnWhatAScriptCalls) {
          {"PF_CheckoutPath", "PF_CheckinPath", "PF_PathNumSegments", "PF_PathVertexInfo", "PF_PathPrepareSegLength",
           "PF_PathGetSegLength", "PF_PathEvalSegLength", "PF_PathCleanupSegLength", "get_pixel_data_float"})
         EXPECT_GT(scene.callsOf(call), 0) << call;
-    EXPECT_EQ(scene.callsOf("PF_GetConstSequenceData"), 2);  // for the text, and for the name
+    EXPECT_EQ(scene.callsOf("PF_GetConstSequenceData"), 3);  // for the flags, the text, and the name
 }
 
 TEST_F(FrameFaults, OfASuiteThatAScriptNeedsEndTheFrame) {

@@ -128,7 +128,7 @@ TEST_F(ModuleScriptControl, DrawsOnlyInDrawEventsOfItsOwn) {
         EXPECT_THAT(recorder.texts(), IsEmpty()) << id;
     }
     for (PF_EventType type = PF_Event_NEW_CONTEXT; type <= PF_Event_MOUSE_EXITED; ++type) {
-        if (type == PF_Event_DRAW)
+        if (type == PF_Event_DRAW || type == PF_Event_DO_CLICK)
             continue;
         PF_EventExtra event{};
         event.e_type = type;

@@ -65,17 +65,19 @@ TEST(EffectMain, ReferenceValuesSpellTheKinds) {
 }
 
 // Panel events go by the control's parameter. No record is there to be touched.
-TEST(EffectMain, EventsOfOtherControlsAndClicksOnTheScriptAreAnsweredWith0) {
+TEST(EffectMain, EventsOfOtherControlsAndOtherEventsOfTheScriptAreAnsweredWith0) {
     PF_EventExtra extra{};
     extra.e_type = PF_Event_DRAW;
     for (const A_long index : {-1, 0, 1, 996, 5000}) {
         extra.effect_win.index = index;
         EXPECT_EQ(EffectMain(PF_Cmd_EVENT, nullptr, nullptr, nullptr, nullptr, &extra), 0) << "parameter " << index;
     }
-    extra.e_type = PF_Event_DO_CLICK;
     extra.effect_win.index = parameterIndex("Script");
-    EXPECT_EQ(EffectMain(PF_Cmd_EVENT, nullptr, nullptr, nullptr, nullptr, &extra), 0);
-    EXPECT_EQ(extra.evt_out_flags, 0);
+    for (const PF_EventType type : {PF_Event_NEW_CONTEXT, PF_Event_DRAG, PF_Event_KEYDOWN, PF_Event_IDLE}) {
+        extra.e_type = type;
+        EXPECT_EQ(EffectMain(PF_Cmd_EVENT, nullptr, nullptr, nullptr, nullptr, &extra), 0);
+        EXPECT_EQ(extra.evt_out_flags, 0);
+    }
 }
 
 struct Described {

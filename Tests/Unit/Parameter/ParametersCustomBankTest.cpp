@@ -1,0 +1,157 @@
+#include "Source/Parameter/ParametersCustomBank.h"
+
+#include "Source/HostAccess/Exception.h"
+#include "Source/Parameter/Catalogue.h"
+#include "Source/Parameter/MainParams.h"
+#include "Tests/Support/FakeHandleHost.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+namespace Tessavoy {
+namespace {
+
+using Type = CustomParameterType;
+
+/// What each kind's slots are called, written out: the sections' names, what follows the name of a slot that is a
+/// group, and the labels.
+struct ExpectedKind {
+    Type type;
+    const char* prefix;
+    const char* suffix;
+    const char* label;       ///< without its number
+    A_long firstDiskId;      ///< of the parameter that carries the name of slot 1
+    A_long diskIdStep;       ///< from one slot to the next
+    PF_ParamIndex section;   ///< index of the section's group start
+    PF_ParamIndex slotSize;  ///< parameters of one slot, without its button
+};
+
+constexpr std::array<ExpectedKind, 10> kinds = {{
+    {Type::Float, "Float", "", "Slider", 304, 1, 553, 1},
+    {Type::Color, "Color", "", "Color", 316, 1, 576, 1},
+    {Type::Layer, "Layer", "", "Layer", 328, 1, 599, 1},
+    {Type::Noise, "Noise", ".GroupBegin", "Noise", 404, 14, 622, 16},
+    {Type::Random, "Random", ".GroupBegin", "Random", 546, 5, 795, 5},
+    {Type::Ramp, "Ramp", "", "Ramp", 846, 1, 858, 1},
+    {Type::Gradient, "Gradient", "", "Gradient", 858, 1, 881, 1},
+    {Type::Path, "Path", "", "Path", 870, 1, 904, 1},
+    {Type::Point2D, "Point2D", "", "Point 2D", 882, 1, 927, 1},
+    {Type::Point3D, "Point3D", "", "Point 3D", 894, 1, 950, 1},
+}};
+
+class ParametersCustomBank : public ::testing::Test {
+protected:
+    ParametersCustomBank() { host.inData.sequence_data = &mBlock; }
+
+    CustomParameterBank bankOf(Type type) { return {&host.inData, suites, type}; }
+
+    FakeHandleHost host;
+    SuiteHandler suites{host.inData.pica_basicP};
+    SequenceData record;
+
+private:
+    void* mBlock = &record;
+};
+
+TEST_F(ParametersCustomBank, KindsStandInThePanelsOrder) {
+    constexpr std::size_t firstSection = 54;
+    for (std::size_t k = 0; k < kinds.size(); ++k) {
+        EXPECT_EQ(static_cast<std::size_t>(kinds[k].type), k);
+        EXPECT_EQ(customKind(kinds[k].type).prefix, kinds[k].prefix);
+        EXPECT_EQ(mainParams()[firstSection + k].name, kinds[k].prefix);
+        EXPECT_EQ(customKind(kinds[k].type).customSuffix, kinds[k].suffix);
+    }
+    EXPECT_EQ(static_cast<std::size_t>(Type::Size), kinds.size());
+}
+
+// A section is its start, its switch, and ten times a slot and its button.
+TEST_F(ParametersCustomBank, SlotsAreFoundByIndexAndDiskId) {
+    for (const ExpectedKind& kind : kinds) {
+        const CustomParameterBank bank = bankOf(kind.type);
+        for (A_long k = 0; k < 10; ++k) {
+            SCOPED_TRACE(kind.prefix + std::string(" ") + std::to_string(k));
+            const CustomParameterSlot slot = bank.slotInfo(k);
+            const PF_ParamIndex index = kind.section + 2 + k * (kind.slotSize + 1);
+            EXPECT_EQ(slot.slot, k);
+            EXPECT_EQ(slot.index, index);
+            EXPECT_EQ(slot.nameIndex, index + kind.slotSize);
+            EXPECT_EQ(slot.diskId, kind.firstDiskId + k * kind.diskIdStep);
+        }
+    }
+}
+
+TEST_F(ParametersCustomBank, SlotsHaveIdsOfTheirSections) {
+    EXPECT_EQ(slotNameId(Type::Float, 1), "Float.Custom1");
+    EXPECT_EQ(slotNameId(Type::Random, 10), "Random.Custom10.GroupBegin");
+    EXPECT_EQ(slotRenameId(Type::Noise, 3), "Noise.Rename3");
+    EXPECT_EQ(renameSwitchId(Type::Point3D), "Point3D.ShowRenameButtons");
+}
+
+TEST_F(ParametersCustomBank, NamesAreKeptUnderTheDiskId) {
+    CustomParameterBank bank = bankOf(Type::Color);
+    EXPECT_EQ(bank.slotName(316), "");
+    bank.setSlotName(316, "Sky");
+    bank.setSlotName(317, "Sea");
+    bank.setSlotName(316, "Evening sky");
+    EXPECT_EQ(bank.slotName(316), "Evening sky");
+    EXPECT_EQ(record.paramNames, (ParameterNames{{316, "Evening sky"}, {317, "Sea"}}));
+    bank.setSlotName(316, "");
+    bank.setSlotName(999, "");
+    EXPECT_EQ(record.paramNames, (ParameterNames{{317, "Sea"}})) << "an empty name drops the entry";
+}
+
+TEST_F(ParametersCustomBank, AnInstanceThatKeepsNothingHasNoNames) {
+    host.inData.sequence_data = nullptr;
+    CustomParameterBank bank = bankOf(Type::Float);
+    EXPECT_EQ(bank.slotName(304), "");
+    try {
+        bank.setSlotName(304, "Speed");
+        FAIL() << "nothing was thrown";
+    } catch (const Exception& exception) {
+        EXPECT_EQ(exception.code(), 512);
+    }
+}
+
+TEST_F(ParametersCustomBank, LabelsAreTheKindAndTheNumberAndTheName) {
+    for (const ExpectedKind& kind : kinds) {
+        const CustomParameterBank bank = bankOf(kind.type);
+        const std::string label = kind.label;
+        EXPECT_EQ(bank.slotLabel(0, ""), label + " 1");
+        EXPECT_EQ(bank.slotLabel(9, ""), label + " 10");
+        EXPECT_EQ(bank.slotLabel(2, "Wind"), label + " 3 (Wind)");
+        EXPECT_EQ(bank.slotLabel(2, "%s %n %d"), label + " 3 (%s %n %d)");
+    }
+}
+
+// "Slider 1 (" and ")" are 11 characters.
+TEST_F(ParametersCustomBank, ALabelOf31CharactersOrMoreEndsInThreeDots) {
+    const CustomParameterBank bank = bankOf(Type::Float);
+    EXPECT_EQ(bank.slotLabel(0, "1234567890123456789"), "Slider 1 (1234567890123456789)");
+    EXPECT_EQ(bank.slotLabel(0, "12345678901234567890"), "Slider 1 (123456789012345678...");
+    EXPECT_EQ(bank.slotLabel(0, "123456789012345678901"), "Slider 1 (123456789012345678...");
+    EXPECT_EQ(bank.slotLabel(0, "1234567890123456789012345678901"), "Slider 1 (123456789012345678...");
+    EXPECT_EQ(bank.slotLabel(9, "1234567890123456789"), "Slider 10 (12345678901234567...");
+    EXPECT_EQ(bank.slotLabel(0, std::string(5000, 'x')), "Slider 1 (" + std::string(18, 'x') + "...");
+    EXPECT_EQ(bank.slotLabel(0, "12345678901234567890").size(), 31u);
+}
+
+// A cut may fall into a character of several bytes.
+TEST_F(ParametersCustomBank, LabelsCountBytes) {
+    const CustomParameterBank bank = bankOf(Type::Path);
+    const std::string name = "\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC";
+    EXPECT_EQ(bank.slotLabel(0, name), "Path 1 (" + name.substr(0, 20) + "...");
+    EXPECT_EQ(bank.slotLabel(9, name), "Path 10 (" + name.substr(0, 19) + "...");
+}
+
+using ParametersCustomBankDeathTest = ParametersCustomBank;
+
+TEST_F(ParametersCustomBankDeathTest, SizeIsNoKind) {
+    for (const Type type : {Type::Size, static_cast<Type>(11)}) {
+        EXPECT_DEATH(bankOf(type), "type != CustomParameterType::Size.*Source/Parameter/Parameters");
+    }
+}
+
+}  // namespace
+}  // namespace Tessavoy
