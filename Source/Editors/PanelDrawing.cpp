@@ -25,6 +25,26 @@ void releaseIfHeld(PF_InData* inData, PF_OutData* outData, const Suite* table) {
 
 }  // namespace
 
+void PanelPath::moveTo(DRAWBOT_PointF32 to) {
+    throwOnError(mSuite->MoveTo(mPath.get(), to.x, to.y));
+}
+
+void PanelPath::lineTo(DRAWBOT_PointF32 to) {
+    throwOnError(mSuite->LineTo(mPath.get(), to.x, to.y));
+}
+
+void PanelPath::curveTo(DRAWBOT_PointF32 control1, DRAWBOT_PointF32 control2, DRAWBOT_PointF32 to) {
+    throwOnError(mSuite->BezierTo(mPath.get(), &control1, &control2, &to));
+}
+
+void PanelPath::close() {
+    throwOnError(mSuite->Close(mPath.get()));
+}
+
+void PanelPath::addRect(const DRAWBOT_RectF32& area) {
+    throwOnError(mSuite->AddRect(mPath.get(), &area));
+}
+
 PanelDrawing::Suites::Suites(PF_InData* ofInData, PF_OutData* ofOutData) : inData(ofInData), outData(ofOutData) {
     if (const PF_Err error = AcquireDrawbotSuites(inData, outData, this); error != PF_Err_NONE) {
         releaseIfHeld(inData, outData, drawbot);
@@ -86,6 +106,56 @@ void PanelDrawing::drawText(const DrawbotObject<DRAWBOT_BrushRef>& brush, const 
     const auto units = utf16FromUtf8(text);
     throwOnError(mSuites.surface->DrawString(mSurface, brush.get(), font.get(), units.data(), &place,
                                              kDRAWBOT_TextAlignment_Left, kDRAWBOT_TextTruncation_None, anyWidth));
+}
+
+DrawbotObject<DRAWBOT_PenRef> PanelDrawing::newPen(const DRAWBOT_ColorRGBA& color, float width) const {
+    DRAWBOT_PenRef pen = nullptr;
+    throwOnError(mSuites.supplier->NewPen(mSupplier, &color, width, &pen));
+    return {*mSuites.supplier, pen};
+}
+
+PanelPath PanelDrawing::newPath() const {
+    DRAWBOT_PathRef path = nullptr;
+    throwOnError(mSuites.supplier->NewPath(mSupplier, &path));
+    return {*mSuites.path, {*mSuites.supplier, path}};
+}
+
+void PanelDrawing::paintRect(const DRAWBOT_RectF32& area, const DRAWBOT_ColorRGBA& color) const {
+    throwOnError(mSuites.surface->PaintRect(mSurface, &color, &area));
+}
+
+void PanelDrawing::fill(const PanelPath& path, const DrawbotObject<DRAWBOT_BrushRef>& brush) const {
+    throwOnError(mSuites.surface->FillPath(mSurface, brush.get(), path.get(), kDRAWBOT_FillType_Default));
+}
+
+void PanelDrawing::stroke(const PanelPath& path, const DrawbotObject<DRAWBOT_PenRef>& pen) const {
+    throwOnError(mSuites.surface->StrokePath(mSurface, pen.get(), path.get()));
+}
+
+DRAWBOT_PixelLayoutValue PanelDrawing::imageLayout() const {
+    const auto says = [this](auto question) {
+        DRAWBOT_Boolean answer = 0;
+        throwOnError(question(mSupplier, &answer));
+        return answer != 0;
+    };
+    const bool takesArgb = says(mSuites.supplier->SupportsPixelLayoutARGB);
+    const bool takesBgra = says(mSuites.supplier->SupportsPixelLayoutBGRA);
+    if (!takesArgb && !takesBgra) {
+        throw Exception(PF_Err_BAD_CALLBACK_PARAM);
+    }
+    const bool asArgb = takesArgb && (!takesBgra || says(mSuites.supplier->PrefersPixelLayoutARGB));
+    return asArgb ? kDRAWBOT_PixelLayout_32ARGB_Straight : kDRAWBOT_PixelLayout_32BGRA_Straight;
+}
+
+void PanelDrawing::drawImage(const PanelImage& image, DRAWBOT_PointF32 place) const {
+    constexpr float unfaded = 1;
+    const DRAWBOT_PixelLayoutValue layout = imageLayout();
+    const auto bytes = pixelsInLayout(image, layout);
+    DRAWBOT_ImageRef reference = nullptr;
+    throwOnError(mSuites.supplier->NewImageFromBuffer(mSupplier, image.width, image.height,
+                                                      image.width * PanelPixelBytes, layout, bytes.data(), &reference));
+    const DrawbotObject<DRAWBOT_ImageRef> drawn(*mSuites.supplier, reference);
+    throwOnError(mSuites.surface->DrawImage(mSurface, drawn.get(), &place, unfaded));
 }
 
 PanelDrawing::ClipScope::ClipScope(const PanelDrawing& drawing, const PF_Rect& rectangle) : mDrawing(drawing) {

@@ -3,6 +3,7 @@
 #include "HostInterface/Constants.h"
 #include "HostInterface/Effect.h"
 #include "HostInterface/Events.h"
+#include "Source/Editors/PanelImage.h"
 #include "Source/HostAccess/DrawbotAccess.h"
 
 #include <string_view>
@@ -34,6 +35,29 @@ private:
     Reference mReference;
 };
 
+/// An outline in the making, to be filled and stroked. Coordinates are pixels of the panel. A host error in any call
+/// throws Exception with its code.
+class PanelPath {
+public:
+    /// Both suites must stay acquired while this lives.
+    PanelPath(const DRAWBOT_PathSuite1& suite, DrawbotObject<DRAWBOT_PathRef> path)
+        : mSuite(&suite), mPath(std::move(path)) {}
+
+    void moveTo(DRAWBOT_PointF32 to);
+    void lineTo(DRAWBOT_PointF32 to);
+    /// A cubic Bezier curve.
+    void curveTo(DRAWBOT_PointF32 control1, DRAWBOT_PointF32 control2, DRAWBOT_PointF32 to);
+    void close();
+    /// A closed piece of its own.
+    void addRect(const DRAWBOT_RectF32& area);
+
+    DRAWBOT_PathRef get() const { return mPath.get(); }
+
+private:
+    const DRAWBOT_PathSuite1* mSuite;
+    DrawbotObject<DRAWBOT_PathRef> mPath;
+};
+
 /// The means by which a control of the panel draws itself, for the span of one PF_Event_DRAW. Coordinates are the
 /// event's: pixels, y downwards.
 ///
@@ -63,6 +87,18 @@ public:
     void drawText(const DrawbotObject<DRAWBOT_BrushRef>& brush, const DrawbotObject<DRAWBOT_FontRef>& font,
                   std::string_view text, DRAWBOT_PointF32 place) const;
 
+    /// width: of the line, pixels.
+    DrawbotObject<DRAWBOT_PenRef> newPen(const DRAWBOT_ColorRGBA& color, float width) const;
+    PanelPath newPath() const;
+
+    void paintRect(const DRAWBOT_RectF32& area, const DRAWBOT_ColorRGBA& color) const;
+    void fill(const PanelPath& path, const DrawbotObject<DRAWBOT_BrushRef>& brush) const;
+    void stroke(const PanelPath& path, const DrawbotObject<DRAWBOT_PenRef>& pen) const;
+
+    /// A picture that isn't empty, with its top left corner at the place. Besides host errors, throws Exception with
+    /// 516 when the host takes none of the layouts that `pixelsInLayout` knows.
+    void drawImage(const PanelImage& image, DRAWBOT_PointF32 place) const;
+
     /// While it lives, nothing is drawn outside a rectangle.
     class ClipScope {
     public:
@@ -86,6 +122,8 @@ private:
         PF_InData* inData;
         PF_OutData* outData;
     };
+
+    DRAWBOT_PixelLayoutValue imageLayout() const;
 
     PF_InData* mInData;
     Suites mSuites;

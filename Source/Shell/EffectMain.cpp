@@ -1,7 +1,9 @@
 #include "Source/Shell/EffectMain.h"
 
 #include "HostInterface/Constants.h"
+#include "Source/Editors/GradientControl.h"
 #include "Source/Editors/GradientParameter.h"
+#include "Source/Editors/RampControl.h"
 #include "Source/Editors/RampParameter.h"
 #include "Source/Editors/ScriptControl.h"
 #include "Source/HostAccess/Exception.h"
@@ -57,7 +59,8 @@ struct ControlEvents {
     PF_Err (*handle)(PF_InData*, PF_OutData*, PF_ParamDef*[], PF_EventExtra*);
 };
 
-constexpr ControlEvents controlEvents[] = {{scriptParamIds, HandleScriptEvent}};
+constexpr ControlEvents controlEvents[] = {
+    {gradientParamIds, HandleGradientEvent}, {rampParamIds, HandleRampEvent}, {scriptParamIds, HandleScriptEvent}};
 
 /// The sets are tested one after the other; no parameter is in two of them.
 PF_Err panelEvent(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[], PF_EventExtra* extra) {

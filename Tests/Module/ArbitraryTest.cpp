@@ -1,54 +1,21 @@
-#include <array>
 #include <cstring>
 #include <string>
 
 #include "Host/CommandContext.h"
 #include "Tests/Module/ModuleFixture.h"
-#include "Tests/Support/FlatBytes.h"
+#include "Tests/Support/ReferenceGradient.h"
+#include "Tests/Support/ReferenceRamp.h"
 
 namespace TessavoyHost {
 namespace {
 
-using Tessavoy::appendNumber;
+using Tessavoy::CurveKind;
+using Tessavoy::flatGradient;
+using Tessavoy::flatRamp;
+using Tessavoy::StopKind;
 using testing::IsEmpty;
 
 using Bytes = std::vector<std::byte>;
-
-struct GradientStop {
-    float position;
-    std::int32_t kind;
-    std::array<float, 4> colour;
-};
-
-// A count, then each stop's position, kind and colour.
-Bytes flatGradient(const std::vector<GradientStop>& stops) {
-    Bytes flat;
-    appendNumber(flat, static_cast<std::int32_t>(stops.size()));
-    for (const GradientStop& stop : stops) {
-        appendNumber(flat, stop.position);
-        appendNumber(flat, stop.kind);
-        for (const float channel : stop.colour)
-            appendNumber(flat, channel);
-    }
-    return flat;
-}
-
-struct RampPoint {
-    float position, value;
-};
-
-// Mode, interpolation, a count, then each point's position and value.
-Bytes flatRamp(std::int32_t mode, std::int32_t interpolation, const std::vector<RampPoint>& points) {
-    Bytes flat;
-    appendNumber(flat, mode);
-    appendNumber(flat, interpolation);
-    appendNumber(flat, static_cast<std::int32_t>(points.size()));
-    for (const RampPoint& point : points) {
-        appendNumber(flat, point.position);
-        appendNumber(flat, point.value);
-    }
-    return flat;
-}
 
 constexpr A_u_longlong gradientRefcon = 0x544E454944415247, rampRefcon = 0x52414D50000000,
                        scriptRefcon = 0x534352495054;
@@ -208,15 +175,21 @@ struct KindOfValue {
 
 const std::vector<KindOfValue>& kinds() {
     static const std::vector<KindOfValue> both = {
-        {"gradient", gradientRefcon, flatGradient({{0, 1, {1, 1, 1, 1}}, {1, 1, {1, 1, 1, 1}}}),
-         flatGradient({{0.25F, 0, {0, 0.5F, 1, 1}}, {1, 2, {1, 0, 0, 0.5F}}}),
-         flatGradient({{0.75F, 1, {1, 0.5F, 0, 1}}, {0.875F, 1, {0, 1, 1, 1}}}),
-         flatGradient({{0.375F, 0, {0.25F, 0.5F, 0.75F, 1}}, {0.96875F, 2, {0.75F, 0.25F, 0.25F, 0.625F}}}),
+        {"gradient", gradientRefcon,
+         flatGradient({{0, StopKind::Soft, {1, 1, 1, 1}}, {1, StopKind::Soft, {1, 1, 1, 1}}}),
+         flatGradient({{0.25, StopKind::Straight, {0, 0.5, 1, 1}}, {1, StopKind::Edge, {1, 0, 0, 0.5}}}),
+         flatGradient({{0.75, StopKind::Soft, {1, 0.5, 0, 1}}, {0.875, StopKind::Soft, {0, 1, 1, 1}}}),
+         flatGradient(
+             {{0.375, StopKind::Straight, {0.25, 0.5, 0.75, 1}}, {0.96875, StopKind::Edge, {0.75, 0.25, 0.25, 0.625}}}),
          "Gradient t 0.25 linear  r 0 g 0.5 b 1 a 1 t 1 edge  r 1 g 0 b 0 a 0.5",
-         flatGradient({{0, 1, {1, 1, 1, 1}}, {0.25F, 0, {0, 0.5F, 1, 1}}, {1, 2, {1, 0, 0, 0.5F}}})},
-        {"ramp", rampRefcon, flatRamp(0, 0, {{0, 1}, {1, 1}}), flatRamp(1, 2, {{0.25F, 0}, {1, 0.5F}}),
-         flatRamp(0, 3, {{0.75F, 1}, {0.875F, 0.25F}}), flatRamp(1, 2, {{0.375F, 0.25F}, {0.96875F, 0.4375F}}),
-         "Ramp withoutSin  step  t 0.25 v 0 t 1 v 0.5", flatRamp(1, 2, {{0, 1}, {0.25F, 0}, {1, 0.5F}})},
+         flatGradient({{0, StopKind::Soft, {1, 1, 1, 1}},
+                       {0.25, StopKind::Straight, {0, 0.5, 1, 1}},
+                       {1, StopKind::Edge, {1, 0, 0, 0.5}}})},
+        {"ramp", rampRefcon, flatRamp({0, CurveKind::Sin, {{0, 1}, {1, 1}}}),
+         flatRamp({1, CurveKind::Step, {{0.25, 0}, {1, 0.5}}}),
+         flatRamp({0, CurveKind::Bezier, {{0.75, 1}, {0.875, 0.25}}}),
+         flatRamp({1, CurveKind::Step, {{0.375, 0.25}, {0.96875, 0.4375}}}),
+         "Ramp withoutSin  step  t 0.25 v 0 t 1 v 0.5", flatRamp({1, CurveKind::Step, {{0, 1}, {0.25, 0}, {1, 0.5}}})},
     };
     return both;
 }

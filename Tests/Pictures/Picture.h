@@ -10,6 +10,7 @@
 
 #include "Host/Image.h"
 #include "Tests/Module/ModuleFixture.h"
+#include "Tests/Support/ReferenceGradient.h"
 #include "Tests/Support/ReferenceGrid.h"
 
 namespace Tessavoy {
@@ -18,15 +19,6 @@ using FakeProject::Texel;
 
 /// A colour as the effect's colour parameter takes it, with an alpha of its own.
 ReferenceColour colour(int red, int green, int blue, double alpha = 1.0);
-
-/// How a point of a gradient goes on to the next one.
-enum class StopKind { Straight = 0, Soft = 1, Edge = 2 };
-
-struct GradientStop {
-    double position = 0.0;
-    StopKind kind = StopKind::Straight;
-    ReferenceColour colour{};
-};
 
 struct PictureFog {
     double start = 0.0, end = 0.0;  ///< from 0

@@ -23,9 +23,6 @@ ReferenceSheet sheetOf(const PictureFrames& frames, int gridColumns, int gridRow
 /// A texture as a layer gives it at a lower resolution: every texel the mean of a box of so many, opaque ones.
 ReferenceTexture boxed(const ReferenceTexture& texture, int across, int down);
 
-/// A gradient in the form that projects keep: i32 count, then for each stop f32 position, i32 kind, f32 r, g, b, a.
-std::vector<std::byte> flatGradient(const std::vector<GradientStop>& stops);
-
 /// The 2048 colours of a gradient from 0 to 1.
 std::vector<ReferenceColour> gradientColours(const std::vector<GradientStop>& stops);
 
