@@ -28,6 +28,14 @@ protected:
     }
 };
 
+TEST_F(PanelCommand, IsListedAndHasAnExample) {
+    EXPECT_THAT(run("--help").out, HasSubstr("  panel "));
+    const Outcome help = run("panel --help");
+    EXPECT_EQ(help.status, 0);
+    for (const char* words : {"Example:\n  tessavoy panel", "--output", "--all", "--frame", "--width", "--existing"})
+        EXPECT_THAT(help.out, HasSubstr(words));
+}
+
 TEST_F(PanelCommand, WritesThePanelAndSaysHowLargeItIs) {
     const Outcome outcome = run("panel scene.json -o panel.png");
     ASSERT_EQ(outcome.status, 0) << outcome.error;
@@ -56,6 +64,13 @@ TEST_F(PanelCommand, ShowsTheValuesOfTheSceneAtTheFrame) {
     EXPECT_EQ(draw("--frame 0").samples, first);
     EXPECT_NE(draw("--frame 9").samples, first);
     EXPECT_EQ(draw("--frame 9 --set CountX=1").samples, first) << "the override has no keys";
+}
+
+// Without the composition's camera five parameters and groups are hidden, each a line of 22 pixels: the centre's depth,
+// and the rotations about x and y of the grid and of its instances.
+TEST_F(PanelCommand, LeavesOutWhatTheEffectHides) {
+    const int flat = draw().height;
+    EXPECT_EQ(draw("--set UseCompCamera=true").height, flat + 5 * 22);
 }
 
 TEST_F(PanelCommand, ShowsTheScript) {

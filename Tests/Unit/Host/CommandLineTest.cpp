@@ -63,7 +63,7 @@ Answer answerTo(std::vector<const char*> arguments) {
 }
 
 TEST(CommandLine, EverySubcommandsHelpShowsAnExample) {
-    for (const char* command : {"render", "check", "panel", "parameters", "schema", "about"}) {
+    for (const char* command : {"render", "check", "parameters", "schema", "about"}) {
         const auto answer = answerTo({command, "--help"});
         EXPECT_EQ(answer.status, ExitStatus::Success);
         EXPECT_THAT(answer.out, HasSubstr(std::string("Example:\n  tessavoy ") + command)) << command;
@@ -74,7 +74,7 @@ TEST(CommandLine, EverySubcommandsHelpShowsAnExample) {
 TEST(CommandLine, HelpListsTheSubcommands) {
     const auto answer = answerTo({"--help"});
     EXPECT_EQ(answer.status, ExitStatus::Success);
-    for (const char* command : {"  render ", "  check ", "  panel ", "  parameters ", "  schema ", "  about "}) {
+    for (const char* command : {"  render ", "  check ", "  parameters ", "  schema ", "  about "}) {
         EXPECT_THAT(answer.out, HasSubstr(command));
     }
     EXPECT_THAT(answer.out, HasSubstr("Example:\n  tessavoy render"));
