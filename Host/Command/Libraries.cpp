@@ -5,6 +5,9 @@
 #include <cstdio>
 
 #include <OpenEXR/OpenEXRConfig.h>
+#ifdef TESSAVOY_PANEL_PICTURES
+#include <cairo.h>
+#endif
 #include <jpeglib.h>
 #include <png.h>
 #include <tiffio.h>
@@ -41,8 +44,13 @@ std::string tiffVersion() {
 }  // namespace
 
 std::vector<std::pair<std::string, std::string>> linkedLibraries() {
-    return {{"nlohmann json", jsonVersion()}, {"CLI11", CLI11_VERSION},   {"libpng", png_get_libpng_ver(nullptr)},
-            {"libjpeg", jpegVersion()},       {"libtiff", tiffVersion()}, {"OpenEXR", OPENEXR_VERSION_STRING}};
+    std::vector<std::pair<std::string, std::string>> libraries = {
+        {"nlohmann json", jsonVersion()}, {"CLI11", CLI11_VERSION},   {"libpng", png_get_libpng_ver(nullptr)},
+        {"libjpeg", jpegVersion()},       {"libtiff", tiffVersion()}, {"OpenEXR", OPENEXR_VERSION_STRING}};
+#ifdef TESSAVOY_PANEL_PICTURES
+    libraries.emplace_back("cairo", cairo_version_string());
+#endif
+    return libraries;
 }
 
 }  // namespace TessavoyHost
