@@ -58,9 +58,9 @@ std::string boundsText(EffectInstance& instance, const LoadedModule& module, int
     const CommandResult result = pressButton(instance, *index, frame);
     instance.host().services().hooks.runScript = nullptr;
     if (result.error != PF_Err_NONE) {
+        const std::string what = "measuring the depths of frame " + std::to_string(frame);
         throw HostError(ExitStatus::FrameFailed,
-                        "frame " + std::to_string(frame) + ": " +
-                            (result.failure.empty() ? frameFailure(result.error, result.message) : result.failure));
+                        result.failure.empty() ? failureOf(what, result.error, result.message) : result.failure);
     }
     if (!result.message.empty()) {
         writeStandardError("frame " + std::to_string(frame) + ": " + inUsersLines(result.message, script) + '\n');
