@@ -84,7 +84,8 @@ public:
     void runsOutOfMemory(const char* call) noexcept;
     // Notes this command's failures on the one inside which it ran.
     void passFailuresTo(CommandContext& outer) const noexcept;
-    // Notes what the module reports to the user through the host.
+    // Notes what the user is to be told where the module has no message of its own: what it reports through the host,
+    // or the host's remark. The first counts.
     void reports(const std::string& text);
 
     // Throws HostCallFailure outside of a command on an instance.

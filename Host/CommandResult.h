@@ -15,6 +15,7 @@ struct CommandResult {
     bool displayError = false;        // the module asks that the message be shown as an error
     bool projectDirty = false;        // the module says that it changed the project
     PF_OutData out{};                 // as the module left it
+    std::vector<int> changed;         // parameters whose values a command of the panel changed
     std::vector<std::string> broken;  // what was lent and not given back, and other broken promises, one text each
 };
 

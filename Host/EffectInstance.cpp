@@ -1,10 +1,12 @@
 #include "Host/EffectInstance.h"
 
 #include <new>
+#include <utility>
 
 #include "Host/EffectHost.h"
 #include "Host/ErrorTexts.h"
 #include "Host/FrameRender.h"
+#include "Host/HostCall.h"
 #include "Host/HostError.h"
 #include "Host/ParameterRecord.h"
 #include "Host/SequenceBlock.h"
@@ -69,21 +71,60 @@ FrameResult EffectInstance::renderFrame(const FrameRequest& request) {
     return failed;
 }
 
-CommandResult EffectInstance::command(PF_Cmd command, int frame, void* extra, PF_ParamDef** params) {
+CommandSetting EffectInstance::settingOfPanel(int frame) const {
     CommandSetting setting;
     setting.frame = frame;
     setting.sequenceData = mSequence.original();
-    CommandContext context(mHost, this, command, setting);
+    return setting;
+}
+
+CommandResult EffectInstance::command(PF_Cmd command, int frame, void* extra, PF_ParamDef** params) {
+    CommandContext context(mHost, this, command, settingOfPanel(frame));
     ParameterArray values(context);
     context.run(params == nullptr ? values.data() : params, nullptr, extra);
     mSequence.changed();
     return context.finish();
 }
 
-CommandResult EffectInstance::drawEvent(PF_EventExtra& extra, Drawing& drawing) {
-    CommandSetting setting;
-    setting.sequenceData = mSequence.original();
-    CommandContext context(mHost, this, PF_Cmd_EVENT, setting);
+struct EffectInstance::PanelCall {
+    PF_Cmd command;
+    int frame;
+    void* extra = nullptr;
+    int parameter = 0;  // whose value the module may well change; 0: none
+};
+
+// A module that ends with an error has changed nothing.
+CommandResult EffectInstance::run(const PanelCall& call) {
+    CommandContext context(mHost, this, call.command, settingOfPanel(call.frame));
+    std::vector<int> changed;
+    try {
+        ParameterArray values(context, LayerPixels::Absent);
+        values.detach(context, call.parameter);
+        if (context.run(values.data(), nullptr, call.extra) == PF_Err_NONE) {
+            const CommandContext::Scope scope(&context);
+            values.takeOver(context);
+            changed = values.changed();
+        }
+    } catch (...) {
+        context.fails("a parameter's value can't be copied or taken over",
+                      answerToException(&context, "PF_Cmd_ARBITRARY_CALLBACK"));
+    }
+    mSequence.changed();
+    CommandResult result = context.finish();
+    result.changed = std::move(changed);
+    return result;
+}
+
+CommandResult EffectInstance::panelCommand(PF_Cmd command, int frame, void* extra) {
+    return run({command, frame, extra});
+}
+
+CommandResult EffectInstance::panelEvent(PF_EventExtra& extra, int frame) {
+    return run({PF_Cmd_EVENT, frame, &extra, extra.effect_win.index});
+}
+
+CommandResult EffectInstance::drawEvent(PF_EventExtra& extra, int frame, Drawing& drawing) {
+    CommandContext context(mHost, this, PF_Cmd_EVENT, settingOfPanel(frame));
     context.drawing = &drawing;
     ParameterArray values(context, LayerPixels::Absent);
     context.run(values.data(), nullptr, &extra);

@@ -68,23 +68,31 @@ public:
     // they are; without params the module gets all parameters' values at that moment.
     CommandResult command(PF_Cmd command, int frame, void* extra = nullptr, PF_ParamDef** params = nullptr);
 
-    // A draw event of the panel at the first frame's time. The module gets all parameters' values, layers without their
-    // pixels.
-    CommandResult drawEvent(PF_EventExtra& extra, Drawing& drawing);
+    // The commands of the panel at a frame of the composition. The module gets all parameters' values, layers without
+    // their pixels. Except while it draws, what it marks as changed becomes the instance's value, an event's parameter
+    // getting a copy of its arbitrary data to change. Not during a render.
+    CommandResult panelCommand(PF_Cmd command, int frame, void* extra = nullptr);
+    CommandResult panelEvent(PF_EventExtra& extra, int frame);
+    CommandResult drawEvent(PF_EventExtra& extra, int frame, Drawing& drawing);
 
     EffectHost& host() { return mHost; }
+    const EffectHost& host() const { return mHost; }
     const Project& project() const { return mProject; }
     const TimeBase& timeBase() const { return mTimeBase; }
     ApplicationObjects& objects() { return mObjects; }
     LayerWorlds& layerWorlds() { return mLayerWorlds; }
     ParameterValues& values() { return mValues; }
+    const ParameterValues& values() const { return mValues; }
     PanelState& panel() { return mPanel; }
     const PanelState& panel() const { return mPanel; }
     FrameSource& effectLayer() const { return *mProject.layers.at(static_cast<std::size_t>(mProject.effectLayer)); }
 
 private:
+    struct PanelCall;
+
     Region wholeLayer(const FrameRequest& request) const;
-    void setUpSequence();
+    CommandSetting settingOfPanel(int frame) const;
+    CommandResult run(const PanelCall& call);
 
     EffectHost& mHost;
     const Project mProject;

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "Host/Faults.h"
 #include "Host/Handles.h"
@@ -22,10 +23,19 @@ struct HostOptions {
     bool contextsForWine = false;          // see Host/WineContexts.h
 };
 
+// What a dialog script came to. Texts are UTF-8.
+struct ScriptAnswer {
+    // A text alone is the value of a script that did well.
+    ScriptAnswer(std::string answer, bool hasFailed = false) : text(std::move(answer)), failed(hasFailed) {}
+
+    std::string text;  // the value of its last expression, or what is wrong with it
+    bool failed;       // it is not in the language, or ended by an error
+};
+
 // What only some hosts can do. An empty function is a host that cannot.
 struct HostHooks {
-    // Runs a dialog script: its result as text. Throws HostError.
-    std::function<std::string(const std::string& script)> runScript;
+    // Runs a dialog script. Throws where the host itself fails.
+    std::function<ScriptAnswer(const std::string& script)> runScript;
     // The colour that the user picked, or nothing when the dialog was cancelled.
     std::function<std::optional<PF_PixelFloat>(const std::string& title, const PF_PixelFloat& colour)> pickColor;
 };

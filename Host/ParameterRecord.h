@@ -29,6 +29,16 @@ public:
 
     PF_ParamDef** data() { return mPointers.data(); }
 
+    // Puts a copy in the place of a parameter's arbitrary data, so that the module may change it. Throws
+    // HostCallFailure.
+    void detach(CommandContext& context, int index);
+
+    // Parameters whose value the module says it changed.
+    std::vector<int> changed() const;
+
+    // Takes those values over into the instance, at the command's moment. Throws HostCallFailure, HostError.
+    void takeOver(CommandContext& context) const;
+
 private:
     std::vector<ParameterRecord> mRecords;
     std::vector<PF_ParamDef*> mPointers;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "Host/ArbitraryCalls.h"
 #include "Host/EffectHost.h"
@@ -86,6 +88,21 @@ struct Writer {
     bool operator()(const ArbitraryValue&) const { return false; }
 };
 
+// The place of the key that a value at a moment goes to. One that is made for it goes on as the stretch in which it
+// stands.
+std::size_t keyToSet(ParameterTrack& track, double time) {
+    constexpr double sameMoment = 1e-6;  // seconds
+    auto& keys = track.keys;
+    if (keys.size() == 1)
+        return 0;
+    const auto next =
+        std::find_if(keys.begin(), keys.end(), [&](const Key& key) { return key.time >= time - sameMoment; });
+    const auto place = static_cast<std::size_t>(next - keys.begin());
+    if (next == keys.end() || next->time > time + sameMoment)
+        keys.insert(next, {time, {}, place == 0 ? Ease::Linear : keys[place - 1].ease});
+    return place;
+}
+
 }  // namespace
 
 bool blends(const PF_ParamDef& definition) {
@@ -143,6 +160,34 @@ bool writeValue(PF_ParamDef& parameter, const ParameterValue& value, const Ratio
     return std::visit(Writer{parameter, downsampleX.value(), downsampleY.value()}, value);
 }
 
+std::optional<ParameterValue> readValue(const PF_ParamDef& parameter) {
+    const PF_ParamDefUnion& u = parameter.u;
+    switch (parameter.param_type) {
+        case PF_Param_SLIDER:
+            return static_cast<double>(u.sd.value);
+        case PF_Param_FIX_SLIDER:
+            return fromFixed(u.fd.value);
+        case PF_Param_ANGLE:
+            return fromFixed(u.ad.value);
+        case PF_Param_CHECKBOX:
+            return u.bd.value != 0 ? 1.0 : 0.0;
+        case PF_Param_POPUP:
+            return static_cast<double>(u.pd.value);
+        case PF_Param_FLOAT_SLIDER:
+            return static_cast<double>(u.fs_d.value);
+        case PF_Param_COLOR:
+            return toColor(u.cd.value);
+        case PF_Param_POINT:
+            return Point2{fromFixed(u.td.x_value), fromFixed(u.td.y_value)};
+        case PF_Param_POINT_3D:
+            return Point3{u.point3d_d.x_value, u.point3d_d.y_value, u.point3d_d.z_value};
+        case PF_Param_PATH:
+            return MaskReference{static_cast<std::uint32_t>(u.path_d.path_id)};
+        default:
+            return std::nullopt;
+    }
+}
+
 ParameterValues::ParameterValues(EffectHost& host, const Project& project, int layerWidth, int layerHeight)
     : mHost(host), mParameters(host.parameters().size()) {
     for (int index = 0; index < count(); ++index) {
@@ -172,24 +217,26 @@ ParameterValues::~ParameterValues() {
     }
 }
 
-// A key without bytes stands for the registered default.
-void ParameterValues::makeHandles(int index, Parameter& parameter) {
+// A value without bytes stands for the registered default.
+PF_Handle ParameterValues::newHandle(int index, const ParameterValue& value) const {
     const RegisteredParameter& registered = mHost.parameters()[static_cast<std::size_t>(index)];
     const ArbitraryCalls calls(mHost, registered);
     const PF_Handle fallback = registered.definition.u.arb_d.dephault;
-    for (const Key& key : parameter.track.keys) {
-        const auto value = std::get_if<ArbitraryValue>(&key.value);
-        try {
-            if (value != nullptr && !value->flat.empty())
-                parameter.handles.push_back(calls.unflatten(value->flat));
-            else
-                parameter.handles.push_back(fallback == nullptr ? nullptr : calls.copy(fallback));
-        } catch (const HostCallFailure& failure) {
-            throw HostError(ExitStatus::Scene, "the effect refuses the saved value of parameter " +
-                                                   std::to_string(index) + " (\"" + registered.definition.name +
-                                                   "\"), error " + std::to_string(failure.error));
-        }
+    const auto data = std::get_if<ArbitraryValue>(&value);
+    try {
+        if (data != nullptr && !data->flat.empty())
+            return calls.unflatten(data->flat);
+        return fallback == nullptr ? nullptr : calls.copy(fallback);
+    } catch (const HostCallFailure& failure) {
+        throw HostError(ExitStatus::Scene, "the effect refuses the saved value of parameter " + std::to_string(index) +
+                                               " (\"" + registered.definition.name + "\"), error " +
+                                               std::to_string(failure.error));
     }
+}
+
+void ParameterValues::makeHandles(int index, Parameter& parameter) {
+    for (const Key& key : parameter.track.keys)
+        parameter.handles.push_back(newHandle(index, key.value));
 }
 
 ParameterValue ParameterValues::at(int index, double time) const {
@@ -216,13 +263,40 @@ std::shared_ptr<void> ParameterValues::arbitraryAt(int index, double time) const
     if (span.share == 0 || left == nullptr || right == nullptr)
         return {left, [](void*) {}};
     const ArbitraryCalls calls(mHost, mHost.parameters()[static_cast<std::size_t>(index)]);
-    return {calls.interpolate(left, right, span.share), [calls](void* made) {
+    return owned(index, calls.interpolate(left, right, span.share));
+}
+
+std::shared_ptr<void> ParameterValues::owned(int index, PF_Handle handle) const {
+    const ArbitraryCalls calls(mHost, mHost.parameters()[static_cast<std::size_t>(index)]);
+    return {handle, [calls](void* made) {
                 try {
                     calls.dispose(static_cast<PF_Handle>(made));
                 } catch (...) {  // the module keeps it then, and the long ledger shows it
                     answerToException(CommandContext::current(), "PF_Arbitrary_DISPOSE_FUNC");
                 }
             }};
+}
+
+std::shared_ptr<void> ParameterValues::arbitraryCopyAt(int index, double time) const {
+    const std::shared_ptr<void> value = arbitraryAt(index, time);
+    const auto handle = static_cast<PF_Handle>(value.get());
+    const ArbitraryCalls calls(mHost, mHost.parameters()[static_cast<std::size_t>(index)]);
+    return handle == nullptr ? value : owned(index, calls.copy(handle));
+}
+
+void ParameterValues::set(int index, double time, const ParameterValue& value) {
+    Parameter& parameter = mParameters.at(static_cast<std::size_t>(index));
+    const bool isArbitrary = !parameter.handles.empty();
+    const PF_Handle handle = isArbitrary ? newHandle(index, value) : nullptr;
+    const std::size_t place = keyToSet(parameter.track, time);
+    parameter.track.keys[place].value = value;
+    if (!isArbitrary)
+        return;
+    const auto before = parameter.handles.begin() + static_cast<std::ptrdiff_t>(place);
+    if (parameter.handles.size() < parameter.track.keys.size())
+        parameter.handles.insert(before, handle);
+    else
+        owned(index, std::exchange(*before, handle));
 }
 
 }  // namespace TessavoyHost

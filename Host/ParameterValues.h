@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "Host/Project.h"
@@ -24,8 +25,11 @@ ParameterValue registeredDefault(const PF_ParamDef& definition, int layerWidth, 
 bool writeValue(PF_ParamDef& parameter, const ParameterValue& value, const Rational& downsampleX,
                 const Rational& downsampleY);
 
-// The values of one instance's parameters over time. Read-only once made, but for arbitrary data, which the module's
-// own calls copy and interpolate; safe to read from several threads.
+// The way back, from a record at full resolution; nothing for layers, arbitrary data and what holds no value.
+std::optional<ParameterValue> readValue(const PF_ParamDef& parameter);
+
+// The values of one instance's parameters over time. Safe to read from several threads, but not while one is set;
+// arbitrary data is copied and interpolated by the module's own calls.
 class ParameterValues {
 public:
     // Makes the handles of arbitrary data through the module. Throws HostError when it refuses a saved form.
@@ -44,9 +48,17 @@ public:
     // Throws HostCallFailure.
     std::shared_ptr<void> arbitraryAt(int index, double time) const;
 
+    // The same, but always a fresh one, which the module may change.
+    std::shared_ptr<void> arbitraryCopyAt(int index, double time) const;
+
     // The parameter's keys as a project saves them: arbitrary data in the flat form that the module gives it now.
     // Throws HostCallFailure.
     ParameterTrack saved(int index) const;
+
+    // Sets a value as the user does: of a parameter with several keys at that moment, as a key of its own where there
+    // is none yet; of others for all time. The value is of the parameter's kind. Throws HostError when the module
+    // refuses arbitrary data.
+    void set(int index, double time, const ParameterValue& value);
 
 private:
     struct Parameter {
@@ -56,6 +68,8 @@ private:
     };
 
     void makeHandles(int index, Parameter& parameter);
+    PF_Handle newHandle(int index, const ParameterValue& value) const;
+    std::shared_ptr<void> owned(int index, PF_Handle handle) const;
 
     EffectHost& mHost;
     std::vector<Parameter> mParameters;

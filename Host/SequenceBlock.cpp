@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <utility>
 
+#include "Host/HostError.h"
 #include "Host/LittleEndian.h"
 
 namespace TessavoyHost {
@@ -40,13 +42,8 @@ public:
     }
 
     std::optional<std::uint32_t> number() {
-        const auto bytes = take(4);
-        if (!bytes)
-            return std::nullopt;
-        std::uint32_t value = 0;
-        for (std::size_t i = 0; i < 4; ++i)
-            value |= std::to_integer<std::uint32_t>((*bytes)[i]) << 8 * i;
-        return value;
+        const auto bytes = take(sizeof(std::uint32_t));
+        return bytes ? std::optional(littleEndianAt(*bytes, 0)) : std::nullopt;
     }
 
     // size: with the closing zero, which must be there.
@@ -110,6 +107,13 @@ std::optional<SequenceTexts> readSequenceBlock(std::span<const std::byte> block)
     if (!script || !names)
         return std::nullopt;
     return SequenceTexts{*script, *names};
+}
+
+std::string scriptIn(std::span<const std::byte> block) {
+    auto texts = readSequenceBlock(block);
+    if (!texts)
+        throw HostError(ExitStatus::Module, "the effect's saved data holds no script");
+    return std::move(texts->script);
 }
 
 }  // namespace TessavoyHost

@@ -25,4 +25,7 @@ struct SequenceTexts {
 // The texts of such a block; nothing for bytes that are none.
 std::optional<SequenceTexts> readSequenceBlock(std::span<const std::byte> block);
 
+// The script in such a block. Throws HostError(Module) where it is none.
+std::string scriptIn(std::span<const std::byte> block);
+
 }  // namespace TessavoyHost

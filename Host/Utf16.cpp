@@ -71,17 +71,23 @@ std::basic_string<A_UTF16Char> toUtf16(std::string_view utf8) {
     return units;
 }
 
-std::string fromUtf16(const A_UTF16Char* text) {
+std::string fromUtf16(std::basic_string_view<A_UTF16Char> units) {
     std::string utf8;
-    for (; *text != 0; ++text) {
-        const std::uint32_t unit = *text;
-        if (isHighHalf(unit) && isLowHalf(text[1])) {
-            appendUtf8(utf8, firstPair + ((unit & 0x3FF) << 10 | (*++text & 0x3FF)));
+    while (!units.empty()) {
+        const std::uint32_t unit = units.front();
+        units.remove_prefix(1);
+        if (isHighHalf(unit) && !units.empty() && isLowHalf(units.front())) {
+            appendUtf8(utf8, firstPair + ((unit & 0x3FF) << 10 | (units.front() & 0x3FFu)));
+            units.remove_prefix(1);
         } else {
             appendUtf8(utf8, isHalf(unit) ? replacement : unit);
         }
     }
     return utf8;
+}
+
+std::string fromUtf16(const A_UTF16Char* text) {
+    return fromUtf16(std::basic_string_view<A_UTF16Char>(text));
 }
 
 }  // namespace TessavoyHost

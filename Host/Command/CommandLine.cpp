@@ -6,9 +6,14 @@
 #include <vector>
 
 #include "Host/Command/AboutCommand.h"
+#include "Host/Command/BoundsCommand.h"
 #include "Host/Command/CheckCommand.h"
+#include "Host/Command/EditCommand.h"
 #include "Host/Command/ExitGuard.h"
 #include "Host/Command/LoadedModule.h"
+#ifdef TESSAVOY_PANEL_PICTURES
+#include "Host/Command/PanelCommand.h"
+#endif
 #include "Host/Command/ParameterListing.h"
 #include "Host/Command/RenderCommand.h"
 #include "Host/Command/RenderOptions.h"
@@ -35,6 +40,9 @@ public:
         addRender();
         addCheck();
         addSave();
+        addBounds();
+        addEdit();
+        addPanel();
         addParameters();
         addSchema();
         addAbout();
@@ -88,13 +96,16 @@ private:
         added->expected(1, option.repeatable ? CLI::detail::expected_max_vector_size : 1);
     }
 
-    void addModule(CLI::App* command) {
+    // An option of rendering that another subcommand takes, too.
+    void addShared(CLI::App* command, const std::string& names) {
         for (const auto& option : renderOptions()) {
-            if (option.names == std::string("--module")) {
+            if (option.names == names) {
                 addOption(command, option);
             }
         }
     }
+
+    void addModule(CLI::App* command) { addShared(command, "--module"); }
 
     void addRender() {
         auto* render =
@@ -125,6 +136,43 @@ private:
             ->type_name("FILE")
             ->required();
         addModule(save);
+    }
+
+    void addBounds() {
+        auto* bounds = addSubcommand("bounds", "the depth range of a frame, as the effect's dialog shows it",
+                                     " scene.json --frame 12",
+                                     [this] { return printBounds(mOptions.scene, mOptions.module, mFrame, mOutput); });
+        addScene(bounds);
+        bounds->add_option("--frame", mFrame, "the frame, from 0 (default: 0)")->type_name("N");
+        addModule(bounds);
+    }
+
+    void addEdit() {
+        auto* edit = addSubcommand("edit", "the script of the scene in your editor ($VISUAL, $EDITOR)", " scene.json",
+                                   [this] { return editScript(mOptions.scene, mOptions.module, mOutput); });
+        addScene(edit);
+        addModule(edit);
+    }
+
+    void addPanel() {
+#ifdef TESSAVOY_PANEL_PICTURES
+        auto* panel = addSubcommand("panel", "the effect's panel with its custom controls, as a picture",
+                                    " scene.json -o panel.png --frame 12 --all",
+                                    [this] { return drawPanel(mOptions, mPanelOptions, mOutput); });
+        addScene(panel);
+        panel->add_option("-o,--output", mPanelOptions.output, "output file, .png; #### takes the frame number")
+            ->type_name("FILE")
+            ->required();
+        panel->add_flag("--all", mPanelOptions.view.opensAll, "open every group and every control");
+        panel->add_option("--frame", mPanelOptions.frame, "the frame whose values are shown (default: 0)")
+            ->type_name("N");
+        panel->add_option("--width", mPanelOptions.view.width, "width in pixels (default: 480)")
+            ->type_name("W")
+            ->check(CLI::Range(leastPanelWidth, mostPanelWidth));
+        for (const char* shared : {"--existing", "--set", "--script", "--module"}) {
+            addShared(panel, shared);
+        }
+#endif
     }
 
     ExitStatus printFromModule(const std::function<std::string(const ParameterTable&)>& text) {
@@ -204,6 +252,10 @@ private:
     OutputChannel& mOutput;
     RenderOptions mOptions;
     std::filesystem::path mFile;  // that a command writes, other than frames
+    int mFrame = 0;               // of `bounds`
+#ifdef TESSAVOY_PANEL_PICTURES
+    PanelOptions mPanelOptions;
+#endif
     std::function<std::string(const ParameterTable&)> mListing = parametersAsText;
     std::function<ExitStatus()> mAction;
     CLI::App mApp{"Renders scenes with the Tessavoy effect.", "tessavoy"};

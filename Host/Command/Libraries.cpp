@@ -6,6 +6,9 @@
 #include <cstdio>
 
 #include <OpenEXR/OpenEXRConfig.h>
+#ifdef TESSAVOY_PANEL_PICTURES
+#include <cairo.h>
+#endif
 #include <jpeglib.h>
 #include <png.h>
 #include <tiffio.h>
@@ -54,6 +57,9 @@ std::vector<std::pair<std::string, std::string>> linkedLibraries() {
                                        {"libjpeg", jpegVersion()},
                                        {"libtiff", tiffVersion()},
                                        {"OpenEXR", OPENEXR_VERSION_STRING}});
+#endif
+#ifdef TESSAVOY_PANEL_PICTURES
+    libraries.emplace_back("cairo", cairo_version_string());
 #endif
     return libraries;
 }

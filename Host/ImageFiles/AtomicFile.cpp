@@ -22,7 +22,7 @@ const char* remedyOf(int error) {
 #ifdef EDQUOT  // not on Windows
         case EDQUOT:
 #endif
-            return "free space on the disk and render the frame again";
+            return "free space on the disk and try again";
         case EFBIG:
             return "raise the limit on file sizes or write to another disk";
         case EACCES:

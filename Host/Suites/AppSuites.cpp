@@ -1,44 +1,21 @@
 #include "Host/EffectHost.h"
 #include "Host/HostCall.h"
 #include "Host/Suites/Tables.h"
+#include "Host/Theme.h"
 
 namespace TessavoyHost {
 namespace {
 
-// A dark theme, 16 bits a channel.
-constexpr PF_App_Color background = {0x2626, 0x2626, 0x2626};
-constexpr PF_App_Color foreground = {0xC0C0, 0xC0C0, 0xC0C0};
-
-PF_App_Color themeColor(PF_App_ColorType type) {
-    switch (type) {
-        case PF_App_Color_TEXT:
-        case PF_App_Color_HOT_TEXT:
-        case PF_App_Color_HILITE:
-        case PF_App_Color_LIGHT_TINGE:
-            return foreground;
-        case PF_App_Color_WHITE:
-        case PF_App_Color_PURE_WHITE:
-            return {0xFFFF, 0xFFFF, 0xFFFF};
-        case PF_App_Color_BLACK:
-        case PF_App_Color_PURE_BLACK:
-        case PF_App_Color_FRAME:
-        case PF_App_Color_SHADOW:
-            return {0, 0, 0};
-        default:
-            return background;
-    }
-}
-
 PF_Err backgroundColor(PF_App_Color* color) noexcept {
     return answer("PF_AppGetBgColor", [&](CommandContext&) {
         require(color != nullptr);
-        *color = background;
+        *color = themeColor(PF_App_Color_PANEL_BACKGROUND);
     });
 }
 
 PF_Err appColor(PF_App_ColorType type, PF_App_Color* color) noexcept {
     return answer("PF_AppGetColor", [&](CommandContext&) {
-        require(color != nullptr);
+        require(color != nullptr && hasThemeColor(type));
         *color = themeColor(type);
     });
 }

@@ -31,16 +31,29 @@ A_Err isScriptingAvailable(A_Boolean* available) noexcept {
     });
 }
 
+// The command that failed by it has no better message than the interpreter's, so the user is told that.
+void tellScriptError(CommandContext& context, const std::string& reason, AEGP_MemHandle* errorText) {
+    if (errorText != nullptr)
+        *errorText = lendText(context, reason);
+    context.reports("the dialog's script failed: " + reason);
+    throw HostCallFailure(PF_Err_BAD_CALLBACK_PARAM);
+}
+
+// Texts are UTF-8 whether or not the module asks for the platform's encoding, which is the same.
 A_Err executeScript(AEGP_PluginID, const A_char* script, A_Boolean, AEGP_MemHandle* result,
                     AEGP_MemHandle* errorText) noexcept {
     return answer("AEGP_ExecuteScript", [&](CommandContext& context) {
+        for (AEGP_MemHandle* given : {result, errorText}) {
+            if (given != nullptr)
+                *given = nullptr;
+        }
         require(script != nullptr);
         require(context.services.hooks.runScript != nullptr, PF_Err_INVALID_CALLBACK);
-        if (errorText != nullptr)
-            *errorText = nullptr;
-        const std::string text = context.services.hooks.runScript(script);
+        const ScriptAnswer answer = context.services.hooks.runScript(script);
+        if (answer.failed)
+            tellScriptError(context, answer.text, errorText);
         if (result != nullptr)
-            *result = lendText(context, text);
+            *result = lendText(context, answer.text);
     });
 }
 

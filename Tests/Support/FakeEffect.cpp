@@ -129,6 +129,8 @@ PF_ParamDef definitionOf(PF_InData* inData, int index) {
 PF_Err paramsSetup(PF_InData* inData, PF_OutData* outData) {
     for (int index = 1; index < ParameterCount; ++index) {
         PF_ParamDef made = definitionOf(inData, index);
+        if (hooks().define)
+            hooks().define(index, made);
         if (const PF_Err error = inData->inter.add_param(inData->effect_ref, -1, &made))
             return error;
     }
@@ -160,18 +162,21 @@ PF_Err sequenceConvert(PF_InData* inData, PF_OutData* outData, char flat) {
     return outData->sequence_data == nullptr ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
 }
 
+PF_Err give(PF_ArbitraryH* place, PF_Handle made) {
+    *place = made;
+    return made == nullptr ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
+}
+
 PF_Err arbitrary(PF_InData* inData, PF_ArbParamsExtra* extra) {
     PF_ArbParamsUnion& u = extra->u;
     switch (extra->which_function) {
         case PF_Arbitrary_NEW_FUNC:
-            *u.new_func_params.arbPH = newData(inData, 7);
-            break;
+            return give(u.new_func_params.arbPH, newData(inData, 7));
         case PF_Arbitrary_DISPOSE_FUNC:
             inData->utils->host_dispose_handle(u.dispose_func_params.arbH);
             break;
         case PF_Arbitrary_COPY_FUNC:
-            *u.copy_func_params.dst_arbPH = newData(inData, numberIn(u.copy_func_params.src_arbH));
-            break;
+            return give(u.copy_func_params.dst_arbPH, newData(inData, numberIn(u.copy_func_params.src_arbH)));
         case PF_Arbitrary_FLAT_SIZE_FUNC:
             *u.flat_size_func_params.flat_data_sizePLu = sizeof(double);
             break;
@@ -183,14 +188,13 @@ PF_Err arbitrary(PF_InData* inData, PF_ArbParamsExtra* extra) {
                 return PF_Err_INTERNAL_STRUCT_DAMAGED;
             double number = 0;
             std::memcpy(&number, u.unflatten_func_params.flat_dataPV, sizeof number);
-            *u.unflatten_func_params.arbPH = newData(inData, number);
-            break;
+            return give(u.unflatten_func_params.arbPH, newData(inData, number));
         }
         case PF_Arbitrary_INTERP_FUNC: {
             const double left = numberIn(u.interp_func_params.left_arbH);
             const double right = numberIn(u.interp_func_params.right_arbH);
-            *u.interp_func_params.interpPH = newData(inData, left + (right - left) * u.interp_func_params.tF);
-            break;
+            return give(u.interp_func_params.interpPH,
+                        newData(inData, left + (right - left) * u.interp_func_params.tF));
         }
         default:
             return PF_Err_UNRECOGNIZED_PARAM_TYPE;
@@ -241,6 +245,8 @@ PF_Err effectMain(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDe
             return renderCommand(cmd, inData, outData, extra);
         case PF_Cmd_USER_CHANGED_PARAM:
             return hooks().userChangedParam ? hooks().userChangedParam(inData, outData, params, extra) : PF_Err_NONE;
+        case PF_Cmd_UPDATE_PARAMS_UI:
+            return hooks().updateParamsUi ? hooks().updateParamsUi(inData, outData, params) : PF_Err_NONE;
         case PF_Cmd_EVENT:
             return hooks().event ? hooks().event(inData, outData, params, static_cast<PF_EventExtra*>(extra))
                                  : PF_Err_NONE;
@@ -305,6 +311,10 @@ double numberIn(PF_ArbitraryH handle) {
     double number = 0;
     std::memcpy(&number, *handle, sizeof number);
     return number;
+}
+
+void setNumberIn(PF_ArbitraryH handle, double number) {
+    std::memcpy(*handle, &number, sizeof number);
 }
 
 std::string sequenceBytes(const void* const* handle, std::size_t size) {

@@ -41,10 +41,12 @@ inline constexpr A_u_longlong dataReference = 0x0102030405060708;
 struct Hooks {
     std::function<PF_Err(PF_InData*, PF_OutData*)> globalSetup;  // after the usual one
     std::function<PF_Err(PF_InData*, PF_OutData*)> paramsSetup;  // after the usual one
+    std::function<void(int, PF_ParamDef&)> define;               // changes a definition before it is registered
     std::function<PF_Err(PF_InData*, PF_OutData*)> queryFlags;
     std::function<PF_Err(PF_InData*, PF_OutData*, PF_PreRenderExtra*)> preRender;
     std::function<PF_Err(PF_InData*, PF_OutData*, PF_SmartRenderExtra*)> render;
     std::function<PF_Err(PF_InData*, PF_OutData*, PF_ParamDef**, void*)> userChangedParam;
+    std::function<PF_Err(PF_InData*, PF_OutData*, PF_ParamDef**)> updateParamsUi;
     std::function<PF_Err(PF_InData*, PF_OutData*, PF_ParamDef**, PF_EventExtra*)> event;
     A_long outFlags = 0;
     A_long outFlags2 = PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA;
@@ -92,6 +94,7 @@ Value valueOf(PF_InData* inData, int index);
 
 // The number in a handle of the Data parameter.
 double numberIn(PF_ArbitraryH handle);
+void setNumberIn(PF_ArbitraryH handle, double number);
 
 // The bytes of the sequence data: it is a copy of the flat form whose first byte is 0 while it is in use.
 std::string sequenceBytes(const void* const* handle, std::size_t size);

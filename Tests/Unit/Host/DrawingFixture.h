@@ -87,12 +87,27 @@ protected:
         return *mHost;
     }
 
-    PanelReader& reader() {
-        if (mReader == nullptr) {
+    EffectInstance& instance() {
+        if (mInstance == nullptr)
             mInstance = host().createInstance(project);
-            mReader = std::make_unique<PanelReader>(*mInstance);
-        }
+        return *mInstance;
+    }
+
+    PanelReader& reader() {
+        if (mReader == nullptr)
+            mReader = std::make_unique<PanelReader>(instance());
         return *mReader;
+    }
+
+    // Registers a parameter with more flags.
+    static void addFlags(int parameter, A_long flags) {
+        FakeEffect::hooks().define = [parameter, flags, before = FakeEffect::hooks().define](int index,
+                                                                                             PF_ParamDef& definition) {
+            if (before)
+                before(index, definition);
+            if (index == parameter)
+                definition.flags |= flags;
+        };
     }
 
     static void duringDraw(const std::function<void(DrawCalls&)>& body) {

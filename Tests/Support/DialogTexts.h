@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+namespace TessavoyHost {
+
+// The effect's three dialog scripts, as they reach the host. The texts put in stand between single quotes and must be
+// escaped already.
+std::string renameDialog(const std::string& name);
+std::string boundsDialog(const std::string& maximum, const std::string& minimum);
+std::string editorDialog(const std::string& script);
+
+// What the editor shows above the script, and where its fields stand.
+std::string editorHelpStart();
+inline constexpr std::size_t editorHelpField = 0;
+inline constexpr std::size_t editorScriptField = 1;
+
+}  // namespace TessavoyHost
