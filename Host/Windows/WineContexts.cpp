@@ -1,10 +1,9 @@
 #include "Host/WineContexts.h"
 
 #include <atomic>
-#include <cstdint>
 #include <cstring>
-#include <string_view>
 
+#include "Host/Windows/ImportTable.h"
 #include "Host/Windows/WindowsHeader.h"
 
 // A module for Windows may make a context current and let it share the objects of another one afterwards, by
@@ -42,56 +41,6 @@ BOOL WINAPI shareLists(HGLRC with, HGLRC context) {
     return with == firstContext.load() ? TRUE : wglShareLists(with, context);
 }
 
-// A module in memory: its headers, and what they point to by distances from its start.
-class LoadedImage {
-public:
-    explicit LoadedImage(void* module) : mStart(static_cast<std::byte*>(module)) {}
-
-    template <class Record>
-    Record* at(std::uintptr_t distance) const {
-        return reinterpret_cast<Record*>(mStart + distance);
-    }
-
-    IMAGE_IMPORT_DESCRIPTOR* imports() const {
-        const auto* headers = at<IMAGE_NT_HEADERS>(static_cast<std::uintptr_t>(at<IMAGE_DOS_HEADER>(0)->e_lfanew));
-        const auto& place = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-        return place.Size == 0 ? nullptr : at<IMAGE_IMPORT_DESCRIPTOR>(place.VirtualAddress);
-    }
-
-private:
-    std::byte* mStart;
-};
-
-void replaceAddress(IMAGE_THUNK_DATA& entry, void* function) {
-    DWORD before = 0;
-    if (VirtualProtect(&entry, sizeof entry, PAGE_READWRITE, &before) != FALSE) {
-        entry.u1.Function = reinterpret_cast<std::uintptr_t>(function);
-        VirtualProtect(&entry, sizeof entry, before, &before);
-    }
-}
-
-void* replacementOf(std::string_view name) {
-    if (name == "wglGetProcAddress") {
-        return reinterpret_cast<void*>(findEntryPoint);
-    }
-    return name == "wglShareLists" ? reinterpret_cast<void*>(shareLists) : nullptr;
-}
-
-// The names and the addresses of a library's imported functions stand in two tables side by side.
-void replaceImportsFrom(const LoadedImage& image, const IMAGE_IMPORT_DESCRIPTOR& library) {
-    auto* name = image.at<IMAGE_THUNK_DATA>(library.OriginalFirstThunk);
-    auto* address = image.at<IMAGE_THUNK_DATA>(library.FirstThunk);
-    for (; name->u1.AddressOfData != 0; ++name, ++address) {
-        if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) {
-            continue;
-        }
-        const char* text = image.at<IMAGE_IMPORT_BY_NAME>(name->u1.AddressOfData)->Name;
-        if (void* function = replacementOf(text)) {
-            replaceAddress(*address, function);
-        }
-    }
-}
-
 }  // namespace
 
 bool runsUnderWine() {
@@ -99,12 +48,8 @@ bool runsUnderWine() {
 }
 
 void shareContextsAtCreation(void* module) {
-    const LoadedImage image(module);
-    for (auto* library = image.imports(); library != nullptr && library->Name != 0; ++library) {
-        if (_stricmp(image.at<char>(library->Name), "opengl32.dll") == 0) {
-            replaceImportsFrom(image, *library);
-        }
-    }
+    replaceImport(module, "opengl32.dll", "wglGetProcAddress", reinterpret_cast<void*>(findEntryPoint));
+    replaceImport(module, "opengl32.dll", "wglShareLists", reinterpret_cast<void*>(shareLists));
 }
 
 }  // namespace TessavoyHost

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "Host/ParameterIds.h"
+#include "Host/WineContexts.h"
 
 namespace TessavoyHost {
 namespace {
@@ -195,9 +196,14 @@ double largestDifference(const World& first, const World& second) {
     return largest;
 }
 
+HostOptions forThisSystem(HostOptions options) {
+    options.contextsForWine = runsUnderWine();
+    return options;
+}
+
 EffectHost& ModuleFixture::host(const HostOptions& options) {
     if (mHost == nullptr)
-        mHost = std::make_unique<EffectHost>(std::filesystem::path(TESSAVOY_MODULE), options);
+        mHost = std::make_unique<EffectHost>(std::filesystem::path(TESSAVOY_MODULE), forThisSystem(options));
     return *mHost;
 }
 

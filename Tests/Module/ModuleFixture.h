@@ -90,6 +90,9 @@ struct FaultScene {
 };
 std::vector<FaultScene> faultScenes();
 
+// The options with what this system needs besides.
+HostOptions forThisSystem(HostOptions options = {});
+
 // A host of the built module. At the end of each test the module is set down, and has left nothing and broken no
 // promise.
 class ModuleFixture : public testing::Test {

@@ -230,7 +230,7 @@ TEST(ModuleScriptOldHost, FailsOnceWithoutTheSequenceDataSuite) {
     const QuietOutput quiet;
     HostOptions options;
     options.withSequenceDataSuite = false;
-    EffectHost host(std::filesystem::path(TESSAVOY_MODULE), options);
+    EffectHost host(std::filesystem::path(TESSAVOY_MODULE), forThisSystem(options));
     const auto instance = host.createInstance(scripted(fourSquaresScene(), "x = x + 10 error('no')").project);
     EXPECT_TRUE(instance->renderFrame({}).displayError);
     const FrameResult result = instance->renderFrame({});

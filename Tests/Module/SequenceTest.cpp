@@ -348,7 +348,7 @@ TEST(ModuleSequenceOldHost, IsReadWithoutTheSequenceDataSuite) {
     const QuietOutput quiet;
     HostOptions options;
     options.withSequenceDataSuite = false;
-    EffectHost host(std::filesystem::path(TESSAVOY_MODULE), options);
+    EffectHost host(std::filesystem::path(TESSAVOY_MODULE), forThisSystem(options));
     const FrameResult result = host.createInstance(fourSquaresScene().project)->renderFrame({});
     expectGood(result);
     expectPicture(result.output, fourSquares());

@@ -178,7 +178,7 @@ struct Holdings {
 TEST_F(ModuleSetDown, FreesWhatALifeTook) {
     const ModuleLoader module(TESSAVOY_MODULE);
     const auto live = [] {
-        EffectHost host(std::filesystem::path(TESSAVOY_MODULE), HostOptions{});
+        EffectHost host(std::filesystem::path(TESSAVOY_MODULE), forThisSystem());
         expectPicture(host.createInstance(fourSquaresScene().project)->renderFrame({}).output, fourSquares());
     };
     const auto holdingsAfter = [&](int lives) {

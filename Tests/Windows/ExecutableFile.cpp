@@ -37,8 +37,8 @@ ExecutableFile::ExecutableFile(const std::filesystem::path& file) {
     mImports = directories[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
     mExports = directories[IMAGE_DIRECTORY_ENTRY_EXPORT].VirtualAddress;
     mResources = directories[IMAGE_DIRECTORY_ENTRY_RESOURCE].VirtualAddress;
-    const std::size_t first = headersOffset + offsetof(IMAGE_NT_HEADERS64, OptionalHeader) +
-                              headers.FileHeader.SizeOfOptionalHeader;
+    const std::size_t first =
+        headersOffset + offsetof(IMAGE_NT_HEADERS64, OptionalHeader) + headers.FileHeader.SizeOfOptionalHeader;
     for (std::size_t i = 0; i < headers.FileHeader.NumberOfSections; ++i) {
         const auto section = read<IMAGE_SECTION_HEADER>(mBytes, first + i * sizeof(IMAGE_SECTION_HEADER));
         mSections.push_back({section.VirtualAddress, section.SizeOfRawData, section.PointerToRawData});

@@ -1,5 +1,5 @@
-#include "HostInterface/Effect.h"
 #include "Host/EffectHost.h"
+#include "HostInterface/Effect.h"
 #include "Tests/Windows/ExecutableFile.h"
 
 #include <gmock/gmock.h>

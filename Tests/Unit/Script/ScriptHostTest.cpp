@@ -296,6 +296,8 @@ TEST(ScriptHost, EveryFailureOfHostMemoryIsThrownAndNothingStaysBehind) {
     }
 }
 
+#ifndef _WIN32  // where a box waits for somebody to read it
+
 TEST(ScriptHostDeathTest, AnErrorOutsideAProtectedCallIsShownAndStopsTheProcess) {
     ScriptScene scene;
     const auto loseTheFunction = [&](const char* error) {
@@ -310,6 +312,8 @@ TEST(ScriptHostDeathTest, AnErrorOutsideAProtectedCallIsShownAndStopsTheProcess)
     EXPECT_DEATH(loseTheFunction("error('lost', 0)"), "Lua error: lost");
     EXPECT_DEATH(loseTheFunction("error({})"), "Lua error: Error object is not a string");
 }
+
+#endif
 
 }  // namespace
 }  // namespace Tessavoy

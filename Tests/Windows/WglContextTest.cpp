@@ -1,0 +1,203 @@
+#include "Host/EffectHost.h"
+#include "Host/HostError.h"
+#include "Host/Windows/WindowsHeader.h"
+#include "Host/WineContexts.h"
+#include "Tests/Module/ModuleFixture.h"
+#include "Tests/Windows/SystemCalls.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+// What the module asks of Windows for its contexts, call by call.
+
+namespace TessavoyHost {
+namespace {
+
+using Tessavoy::SystemCalls;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// Loads the module with its calls noted; under Wine behind what makes its contexts work there.
+class WglContext : public testing::Test {
+protected:
+    WglContext() : mModule(LoadLibraryA(TESSAVOY_MODULE)) {
+        if (runsUnderWine()) {
+            shareContextsAtCreation(mModule);
+        }
+        calls.emplace(mModule);
+    }
+
+    ~WglContext() override {
+        host.reset();
+        EXPECT_NE(FreeLibrary(mModule), FALSE);
+        EXPECT_EQ(GetModuleHandleA("Tessavoy.aex"), nullptr) << "the module is still loaded";
+    }
+
+    void setUp() { host.emplace(std::filesystem::path(TESSAVOY_MODULE), HostOptions{}); }
+
+    static FrameResult renderOn(EffectInstance& instance) {
+        FrameResult result;
+        std::thread([&] { result = instance.renderFrame({}); }).join();
+        return result;
+    }
+
+    std::optional<SystemCalls> calls;
+    std::optional<EffectHost> host;
+
+private:
+    HMODULE mModule;
+};
+
+std::vector<std::string> windowCalls(int number) {
+    const std::string name = "AESDK_OpenGL_Tessavoy_Win_Class" + std::to_string(number);
+    const std::string window = "window " + std::to_string(number);
+    return {"RegisterClassExA " + name + " style 3",
+            "CreateWindowExA 40100 " + name + " \"OpenGL-using FBOs in AE\" style 0 at 0,0 of 8x8: " + window,
+            "GetDC " + window, "ChoosePixelFormat " + window, "SetPixelFormat " + window};
+}
+
+std::vector<std::string> joined(std::vector<std::string> first, const std::vector<std::string>& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+TEST_F(WglContext, TheCommonOneIsOfTheOldKindAndFetchesTheEntryPoints) {
+    setUp();
+    EXPECT_EQ(
+        calls->take(),
+        joined(windowCalls(0), {"wglCreateContext window 0: context 0", "wglMakeCurrent window 0 context 0",
+                                "wglGetProcAddress wglGetExtensionsStringARB", "wglGetExtensionsStringARB window 0",
+                                "wglGetProcAddress wglCreateContextAttribsARB",
+                                "wglMakeCurrent window 0 context 0",  // once more
+                                "wglMakeCurrent none none"}));        // as it was before
+}
+
+// Version 3.3, without a profile or flags, and the sharing after it was made current.
+TEST_F(WglContext, ARenderThreadsSharesWithItAfterItWasCurrent) {
+    setUp();
+    const auto instance = host->createInstance(fourSquaresScene().project);
+    calls->take();
+    expectGood(renderOn(*instance));
+    EXPECT_EQ(calls->take(),
+              joined(windowCalls(1), {"wglCreateContextAttribsARB window 1 2091=3 2092=3: context 1",
+                                      "wglMakeCurrent window 1 context 1", "wglShareLists context 0 context 1",
+                                      "wglMakeCurrent window 1 context 1",  // once more
+                                      "wglMakeCurrent window 1 context 1",  // for the frame
+                                      "wglMakeCurrent none none"}));
+}
+
+TEST_F(WglContext, AThreadKeepsItsOwnFromFrameToFrame) {
+    setUp();
+    const auto instance = host->createInstance(fourSquaresScene().project);
+    std::thread([&] {
+        expectGood(instance->renderFrame({}));
+        calls->take();
+        expectGood(instance->renderFrame({}));
+        EXPECT_THAT(calls->take(), ElementsAre("wglMakeCurrent window 1 context 1", "wglMakeCurrent none none"));
+    }).join();
+}
+
+TEST_F(WglContext, TwoThreadsHaveTwo) {
+    setUp();
+    const auto instance = host->createInstance(fourSquaresScene().project);
+    expectGood(renderOn(*instance));
+    expectGood(renderOn(*instance));
+    for (const char* number : {"0", "1", "2"}) {
+        EXPECT_EQ(calls->countOf(std::string("RegisterClassExA AESDK_OpenGL_Tessavoy_Win_Class") + number), 1);
+    }
+    EXPECT_EQ(calls->countOf("wglCreateContextAttribsARB"), 2);
+}
+
+// The window stays: only its own thread may destroy it.
+TEST_F(WglContext, EndsWithItsDeviceContextAndItsClass) {
+    setUp();
+    calls->take();
+    host->setDown();
+    EXPECT_THAT(calls->take(), ElementsAre("wglMakeCurrent none none", "wglDeleteContext context 0",
+                                           "ReleaseDC window 0", "UnregisterClassA AESDK_OpenGL_Tessavoy_Win_Class0"));
+}
+
+TEST_F(WglContext, ADriverWithoutCreateContextFailsTheSetUp) {
+    calls->pretendExtensions("WGL_ARB_extensions_string WGL_ARB_pixel_format");
+    try {
+        setUp();
+        FAIL() << "it was set up";
+    } catch (const HostError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("error 4"));
+    }
+    EXPECT_EQ(calls->countOf("wglGetProcAddress wglCreateContextAttribsARB"), 0);
+    EXPECT_EQ(calls->countOf("wglDeleteContext"), calls->countOf("wglCreateContext"));
+    EXPECT_EQ(wglGetCurrentContext(), nullptr);
+}
+
+BOOL CALLBACK countOurWindows(HWND window, LPARAM count) {
+    char name[64] = {};
+    GetClassNameA(window, name, sizeof name);
+    if (std::string(name).starts_with("AESDK_OpenGL_Tessavoy")) {
+        ++*reinterpret_cast<int*>(count);
+    }
+    return TRUE;
+}
+
+int ourWindows() {
+    int count = 0;
+    EnumWindows(countOurWindows, reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
+// Each life on threads of its own, which take their windows with them. The classes can't go while a window lives, and
+// so stay; a class is a name and a few numbers.
+TEST_F(WglContext, AHundredLivesLeaveNoWindowsAndNoContexts) {
+    const ModuleScene scene = fourSquaresScene();
+    for (int life = 0; life < 100; ++life) {
+        std::thread([&] {
+            setUp();
+            {
+                const auto instance = host->createInstance(scene.project);
+                expectGood(renderOn(*instance));
+            }
+            const CommandResult end = host->setDown();
+            EXPECT_THAT(end.broken, IsEmpty());
+            host.reset();
+        }).join();
+        ASSERT_EQ(ourWindows(), 0) << "after life " << life;
+    }
+    const int made = calls->countOf("wglCreateContext");  // of both kinds
+    EXPECT_EQ(made, 200);
+    EXPECT_EQ(calls->countOf("wglDeleteContext"), made);
+    EXPECT_EQ(calls->countOf("GetDC"), 200);
+    EXPECT_EQ(calls->countOf("ReleaseDC"), 200);
+    EXPECT_EQ(calls->countOf("UnregisterClassA"), 200);
+}
+
+TEST_F(WglContext, EightThreadsRenderTheSameAtOnce) {
+    setUp();
+    const auto instance = host->createInstance(richScene(96, 54).project);
+    const auto expected = bytesOf(renderOn(*instance).output);
+    std::vector<std::thread> threads;
+    std::vector<std::vector<std::byte>> pictures(8);
+    for (auto& picture : pictures) {
+        threads.emplace_back([&] {
+            for (int frame = 0; frame < 4; ++frame) {
+                picture = bytesOf(instance->renderFrame({}).output);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    for (const auto& picture : pictures) {
+        EXPECT_EQ(picture, expected);
+    }
+    EXPECT_EQ(calls->countOf("wglCreateContextAttribsARB"), 9);
+}
+
+}  // namespace
+}  // namespace TessavoyHost
