@@ -6,7 +6,7 @@ file(GLOB_RECURSE windows_test_sources CONFIGURE_DEPENDS "Windows/*.cpp" "Unit/E
 # What needs cairo, the interpreter of dialogs, or what Linux says of a process.
 list(FILTER windows_test_sources EXCLUDE REGEX "/Module/(Limits|Dialogs|Panel[A-Za-z]*Pictures|PanelUser)Test\\.cpp$")
 list(FILTER windows_test_sources EXCLUDE REGEX "/Tests/Unit/(Host|Gl|Shell|Support)/")
-list(FILTER windows_test_sources EXCLUDE REGEX "/(Support/(ApplicationContext|CommandFixture|ImageComparison|DrawnPixels)|Unit/TextureAtlasTest)")
+list(FILTER windows_test_sources EXCLUDE REGEX "/(Support/(ApplicationContext|CommandFixture|ImageComparison|Examples)|Unit/TextureAtlasTest)")
 # The memory of a frame is counted by what the C library of Linux says of its blocks.
 list(FILTER windows_test_sources EXCLUDE REGEX "/(HeapUse|FrameMemoryTest)\\.cpp$")
 add_executable(TessavoyWindowsTests ${windows_test_sources})

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <set>
@@ -9,26 +8,12 @@
 
 #include "Host/ImageFiles/ImageFiles.h"
 #include "Tests/Support/CommandFixture.h"
+#include "Tests/Support/Examples.h"
 
 // The scenes that the manual shows, as their readers try them.
 
 namespace TessavoyHost {
 namespace {
-
-std::vector<std::filesystem::path> exampleScenes() {
-    std::vector<std::filesystem::path> scenes;
-    for (const auto& entry : std::filesystem::directory_iterator(TESSAVOY_EXAMPLES)) {
-        if (entry.path().extension() == ".json") {
-            scenes.push_back(entry.path());
-        }
-    }
-    std::sort(scenes.begin(), scenes.end());
-    return scenes;
-}
-
-std::string nameOf(const testing::TestParamInfo<std::filesystem::path>& scene) {
-    return scene.param.stem().string();
-}
 
 class Example : public CommandFixture, public testing::WithParamInterface<std::filesystem::path> {
 protected:
@@ -36,12 +21,7 @@ protected:
 
     // The scene's composition, layers, masks and camera around what was saved of its effect.
     nlohmann::json sceneAround(const std::string& project) const {
-        nlohmann::json around = nlohmann::json::parse(contents(GetParam()), nullptr, true, true);
-        for (auto& layer : around.at("layers")) {
-            if (layer.contains("image")) {
-                layer["image"] = (GetParam().parent_path() / layer["image"].get<std::string>()).string();
-            }
-        }
+        nlohmann::json around = exampleScene(GetParam());
         around["effect"] = {{"layer", around.at("effect").at("layer")}, {"project", project}};
         return around;
     }
@@ -89,7 +69,7 @@ TEST_P(Example, RendersTheSameFromItsSavedProject) {
     EXPECT_EQ(contents(folder / "saved.bin"), contents(folder / "twice.bin"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, Example, testing::ValuesIn(exampleScenes()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Examples, Example, testing::ValuesIn(exampleScenes()), nameOfExample);
 
 // A script beside a scene belongs to it, so that no example is left out.
 TEST(Examples, EveryScriptHasItsScene) {

@@ -41,9 +41,15 @@ CommandFixture::~CommandFixture() {
 }
 
 pid_t CommandFixture::start(const std::string& arguments, const std::string& redirection, const std::string& before) {
+    return startLine(before + "exec '" TESSAVOY_COMMAND "' " + arguments + " " + redirection + " 2>stderr </dev/null");
+}
+
+Outcome CommandFixture::runProgram(const std::string& line) {
+    return wait(startLine("exec " + line + " >stdout 2>stderr </dev/null"));
+}
+
+pid_t CommandFixture::startLine(const std::string& line) const {
     std::ofstream(folder / "scene.json") << scene.dump();
-    const std::string line =
-        before + "exec '" TESSAVOY_COMMAND "' " + arguments + " " + redirection + " 2>stderr </dev/null";
     const pid_t child = ::fork();
     if (child == 0) {
         if (::chdir(folder.c_str()) == 0) {

@@ -31,6 +31,8 @@ protected:
     pid_t start(const std::string& arguments, const std::string& redirection = ">stdout",
                 const std::string& before = "");
     Outcome wait(pid_t child) const;
+    // Runs another program in the folder; line: of a shell.
+    Outcome runProgram(const std::string& line);
     Outcome run(const std::string& arguments) { return wait(start(arguments)); }
 
     // Of standard error; empty for none.
@@ -38,6 +40,10 @@ protected:
 
     std::filesystem::path folder;
     nlohmann::json scene;
+
+private:
+    // Writes the scene and starts a line of a shell.
+    pid_t startLine(const std::string& line) const;
 };
 
 }  // namespace TessavoyHost
