@@ -16,14 +16,17 @@ AEGP_PluginID pluginId(const PF_InData* inData) {
 }
 
 EffectLayerQuery::EffectLayerQuery(const PF_InData* inData)
-    : mInData(inData), mPluginId(pluginId(inData)), mSuites(inData->pica_basicP) {
+    : mInData(inData),
+      mPluginId(pluginId(inData)),
+      mSuites(inData->pica_basicP),
+      mEffects(mSuites.get<AEGP_EffectSuite2>()) {
     const auto& interface = mSuites.get<AEGP_PFInterfaceSuite1>();
     throwOnError(interface.AEGP_GetNewEffectForEffect(mPluginId, mInData->effect_ref, &mEffect));
 }
 
 EffectLayerQuery::~EffectLayerQuery() {
     try {
-        mSuites.get<AEGP_EffectSuite2>().AEGP_DisposeEffect(mEffect);
+        mEffects.AEGP_DisposeEffect(mEffect);
     } catch (...) {
     }
 }
