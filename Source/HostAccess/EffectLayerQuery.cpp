@@ -16,17 +16,14 @@ AEGP_PluginID pluginId(const PF_InData* inData) {
 }
 
 EffectLayerQuery::EffectLayerQuery(const PF_InData* inData)
-    : mInData(inData),
-      mPluginId(pluginId(inData)),
-      mSuites(inData->pica_basicP),
-      mEffects(mSuites.get<AEGP_EffectSuite2>()) {
+    : mInData(inData), mPluginId(pluginId(inData)), mSuites(inData->pica_basicP) {
     const auto& interface = mSuites.get<AEGP_PFInterfaceSuite1>();
     throwOnError(interface.AEGP_GetNewEffectForEffect(mPluginId, mInData->effect_ref, &mEffect));
 }
 
 EffectLayerQuery::~EffectLayerQuery() {
     try {
-        mEffects.AEGP_DisposeEffect(mEffect);
+        mSuites.get<AEGP_EffectSuite2>().AEGP_DisposeEffect(mEffect);
     } catch (...) {
     }
 }

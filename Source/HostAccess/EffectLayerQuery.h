@@ -13,8 +13,6 @@ AEGP_PluginID pluginId(const PF_InData* inData);
 /// one thread. A host error in any call throws Exception with its code; a missing suite throws the plain integer 516.
 class EffectLayerQuery {
 public:
-    /// Also the suite that takes the effect reference back is acquired before anything is lent, so that a missing one
-    /// leaves nothing out.
     explicit EffectLayerQuery(const PF_InData* inData);
 
     /// Disposes of the effect reference; a failure is swallowed.
@@ -43,7 +41,6 @@ private:
     const PF_InData* mInData;
     AEGP_PluginID mPluginId;
     SuiteHandler mSuites;
-    const AEGP_EffectSuite2& mEffects;
     AEGP_EffectRefH mEffect = nullptr;
 };
 

@@ -62,10 +62,18 @@ TEST_F(FrameSuites, OfWorldsIsMissedInWords) {
 TEST_F(FrameSuites, OfTheCompositionAreMissedUnderACamera) {
     const FaultScene timeline = faultScenes()[1];
     for (const SuiteName suite :
-         {SuiteName{"AEGP PF Interface Suite", 1}, SuiteName{"AEGP Effect Suite", 2}, SuiteName{"AEGP Layer Suite", 11},
-          SuiteName{"AEGP Layer Suite", 14}, SuiteName{"AEGP Stream Suite", 10}, SuiteName{"AEGP Comp Suite", 9},
-          SuiteName{"AEGP Item Suite", 10}, SuiteName{"AEGP Stream Suite", 7}, SuiteName{"PF Pixel Data Suite", 1}})
+         {SuiteName{"AEGP PF Interface Suite", 1}, SuiteName{"AEGP Layer Suite", 11}, SuiteName{"AEGP Layer Suite", 14},
+          SuiteName{"AEGP Stream Suite", 10}, SuiteName{"AEGP Comp Suite", 9}, SuiteName{"AEGP Item Suite", 10},
+          SuiteName{"AEGP Stream Suite", 7}, SuiteName{"PF Pixel Data Suite", 1}})
         expectMissing(timeline, suite);
+}
+
+// The reference to the effect can only be given back through it.
+TEST_F(FrameSuites, OfEffectsIsNotMissedUntilTheReferenceGoesBack) {
+    const FrameResult result = renderWithout(faultScenes()[1], {"AEGP Effect Suite", 2});
+    EXPECT_EQ(result.error, PF_Err_NONE);
+    for (const std::string& text : result.broken)
+        EXPECT_NE(text.find("effect reference"), std::string::npos) << text;
 }
 
 // The block that the picture was read into stays.

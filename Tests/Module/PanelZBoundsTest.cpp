@@ -102,17 +102,18 @@ struct CallOfBounds {
     const char* name;
     PF_Err error;
     enum { Returns, Shows, Throws } way = Returns;
+    bool losesReference = false;
 };
 
 // In their order, after the checkouts.
 const std::vector<CallOfBounds>& callsOfBounds() {
     constexpr PF_Err given = PF_Err_INVALID_INDEX;
     static const std::vector<CallOfBounds> calls = {
-        {"the suite that takes effect references back", PF_Err_BAD_CALLBACK_PARAM},
-        {"the suite that gives them", PF_Err_BAD_CALLBACK_PARAM},
+        {"the suite that gives effect references", PF_Err_BAD_CALLBACK_PARAM},
         {"the effect's reference", given},
         {"the composition's time", given},
         {"the camera", given},
+        {"the suite that takes the reference back, without which it can't be", PF_Err_NONE, CallOfBounds::Shows, true},
         {"giving the reference back", PF_Err_NONE, CallOfBounds::Shows},
         {"the suite of sequence data, which older hosts lack", PF_Err_NONE, CallOfBounds::Shows},
         {"the sequence data", given},
@@ -158,7 +159,8 @@ TEST_F(PanelZBounds, AHostCallThatFailsEndsThemWithItsError) {
         EXPECT_EQ(result.error, call.error);
         EXPECT_EQ(result.message, "");
         EXPECT_EQ(shownScripts.size(), call.way == CallOfBounds::Shows ? 1u : 0u);
-        EXPECT_THAT(result.broken, SizeIs(parameters + thrown));
+        EXPECT_THAT(result.broken, SizeIs(parameters + thrown + call.losesReference));
+        EXPECT_THAT(result.broken, Contains(HasSubstr("effect reference")).Times(call.losesReference));
         EXPECT_THAT(result.broken, Contains(HasSubstr("not given back: parameter")).Times(parameters));
         EXPECT_THAT(result.broken, Contains(HasSubstr("an error value left the module as an exception")).Times(thrown));
     };
