@@ -54,6 +54,8 @@ public:
         return std::string(reinterpret_cast<const char*>(bytes->data()));
     }
 
+    bool skip(std::size_t count) { return take(count).has_value(); }
+
 private:
     std::optional<std::span<const std::byte>> take(std::size_t count) {
         if (count > mRest.size())
@@ -96,11 +98,14 @@ std::vector<std::byte> sequenceBlock(const std::string& script, const std::map<s
 
 std::optional<SequenceTexts> readSequenceBlock(std::span<const std::byte> block) {
     BlockReader reader(block);
-    if (!reader.begins(blockStart()) || reader.number() != headerSize)
+    if (!reader.begins(blockStart()))
         return std::nullopt;
+    const std::uint32_t header = reader.number().value_or(0);
     reader.number();  // the version, which the module looks at
     const std::optional<std::uint32_t> scriptSize = reader.number();
     const std::optional<std::uint32_t> namesSize = reader.number();
+    if (header < headerSize || !reader.skip(header - headerSize))
+        return std::nullopt;
     const auto script = reader.text(scriptSize);
     const auto json = reader.text(namesSize);
     const auto names = json ? namesOf(*json) : std::nullopt;

@@ -27,9 +27,6 @@ struct Matrix {
     friend bool operator==(const Matrix&, const Matrix&) = default;
 };
 
-/// left times right: a vertex meets right first.
-Matrix multiply(const Matrix& left, const Matrix& right);
-
 /// The inverse by cofactors. A zero determinant is not tested for: the result then holds infinities or NaN.
 Matrix inverse(const Matrix& matrix);
 

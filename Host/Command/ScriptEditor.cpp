@@ -120,7 +120,7 @@ std::optional<std::string> ScriptEditor::edited(const std::string& help) {
     const std::string screen = mOutput.isTerminal() ? " >/dev/tty" : "";
     const int state = std::system((*editor + ' ' + quoted(mFile->path().string()) + screen).c_str());
     std::string problem;
-    const auto text = readTextFile(mFile->path(), problem);
+    const auto text = readFile(mFile->path(), problem);
     if (state != 0) {
         cancel(ExitStatus::CommandLine,
                "the editor \"" + *editor + "\" " + howItEnded(state) + (text == given ? "" : keepText()));

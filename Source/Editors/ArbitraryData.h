@@ -1,5 +1,10 @@
 #pragma once
 
+#include "HostInterface/Constants.h"
+#include "HostInterface/Effect.h"
+#include "HostInterface/Parameters.h"
+#include "Source/HostAccess/SuiteHandler.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -10,15 +15,10 @@
 #include <string_view>
 #include <utility>
 
-#include "HostInterface/Constants.h"
-#include "HostInterface/Effect.h"
-#include "HostInterface/Parameters.h"
-#include "Source/HostAccess/SuiteHandler.h"
-
 namespace Tessavoy {
 
 /// The block of an arbitrary-data handle: one pointer to the value.
-inline constexpr std::size_t ArbitraryBlockBytes = sizeof(void*);
+inline constexpr std::size_t arbitraryBlockBytes = sizeof(void*);
 
 /// Makes a handle that owns `value`: a block of 8 bytes with a pointer to it on the heap.
 ///
@@ -30,7 +30,7 @@ PF_Err newArbitraryHandle(const PF_InData* inData, Value value, PF_Handle* out) 
     SuiteHandler suites(inData->pica_basicP);
     const auto& handles = suites.get<PF_HandleSuite1>();
     auto object = std::make_unique<Value>(std::move(value));
-    PF_Handle handle = handles.host_new_handle(ArbitraryBlockBytes);
+    PF_Handle handle = handles.host_new_handle(arbitraryBlockBytes);
     if (handle == nullptr) {
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     }
@@ -40,7 +40,7 @@ PF_Err newArbitraryHandle(const PF_InData* inData, Value value, PF_Handle* out) 
         return PF_Err_OUT_OF_MEMORY;
     }
     const Value* owned = object.release();
-    std::memcpy(block, &owned, ArbitraryBlockBytes);
+    std::memcpy(block, &owned, arbitraryBlockBytes);
     handles.host_unlock_handle(handle);
     *out = handle;
     return PF_Err_NONE;
@@ -58,7 +58,7 @@ public:
         if (block == nullptr) {
             throw PF_Err{PF_Err_OUT_OF_MEMORY};
         }
-        std::memcpy(&mValue, block, ArbitraryBlockBytes);
+        std::memcpy(&mValue, block, arbitraryBlockBytes);
         if (mValue == nullptr) {
             mHandles.host_unlock_handle(handle);
             throw PF_Err{PF_Err_OUT_OF_MEMORY};

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstring>
-#include <type_traits>
-
 #include "HostInterface/Constants.h"
 #include "HostInterface/Effect.h"
 #include "HostInterface/Events.h"
 #include "Source/Editors/PanelDrawing.h"
 #include "Source/Editors/PointEditing.h"
+
+#include <cstring>
+#include <type_traits>
 
 namespace Tessavoy {
 
@@ -50,6 +50,16 @@ public:
     void keepDrag(const Drag& drag) const {
         static_assert(std::is_trivially_copyable_v<Drag> && sizeof drag <= sizeof mExtra.u.do_click.continue_refcon);
         std::memcpy(mExtra.u.do_click.continue_refcon, &drag, sizeof drag);
+    }
+
+    /// Has the value's editor move what is dragged, by `editor.drag(drag, pointer)`, and keeps what came of it.
+    template <class Drag, class Editor>
+    void dragWith(Editor editor) const {
+        auto moved = drag<Drag>();
+        if (editor.drag(moved, pointer())) {
+            keepDrag(moved);
+            markChanged();
+        }
     }
 
     /// The event was the control's, which is to be drawn again.

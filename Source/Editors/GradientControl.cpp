@@ -9,7 +9,7 @@ namespace Tessavoy {
 
 namespace {
 
-constexpr const char* PickerTitle = "Gradient Color";
+constexpr const char* pickerTitle = "Gradient Color";
 
 /// Asks for another colour of the point at a position, in the gradient's own numbers as the bar shows them.
 PF_Err pickColor(const ControlEvent& event, GradientEditor& editor, const GradientPoint& point, float position) {
@@ -18,7 +18,7 @@ PF_Err pickColor(const ControlEvent& event, GradientEditor& editor, const Gradie
     const PF_PixelFloat shown = {point.a, point.r, point.g, point.b};
     PF_PixelFloat picked = shown;
     const PF_Err error =
-        suites.get<PFAppSuite4>().PF_AppColorPickerDialog(PickerTitle, &shown, withMonitorTransform, &picked);
+        suites.get<PFAppSuite4>().PF_AppColorPickerDialog(pickerTitle, &shown, withMonitorTransform, &picked);
     if (error == PF_Interrupt_CANCEL) {
         event.markHandled();
         return PF_Err_NONE;
@@ -51,11 +51,7 @@ PF_Err click(const ControlEvent& event) {
 
 PF_Err drag(const ControlEvent& event) {
     const CheckOutGradient gradient(event.inData(), event.value());
-    auto drag = event.drag<GradientDrag>();
-    if (GradientEditor(*gradient, event.frame()).drag(drag, event.pointer())) {
-        event.keepDrag(drag);
-        event.markChanged();
-    }
+    event.dragWith<GradientDrag>(GradientEditor(*gradient, event.frame()));
     return PF_Err_NONE;
 }
 

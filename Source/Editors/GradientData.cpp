@@ -1,30 +1,30 @@
 #include "Source/Editors/GradientData.h"
 
+#include "Source/Editors/FlatData.h"
+#include "Source/Editors/WordStream.h"
+
 #include <array>
 #include <cmath>
 #include <iterator>
-
-#include "Source/Editors/FlatData.h"
-#include "Source/Editors/WordStream.h"
 
 namespace Tessavoy {
 
 namespace {
 
-constexpr std::string_view TextWord = "Gradient";
-constexpr std::array<std::string_view, 3> KindWords = {"linear", "sin", "edge"};
-constexpr std::size_t FlatHeaderBytes = 4;
-constexpr std::size_t FlatPointBytes = 24;
+constexpr std::string_view textWord = "Gradient";
+constexpr std::array<std::string_view, 3> kindWords = {"linear", "sin", "edge"};
+constexpr std::size_t flatHeaderBytes = 4;
+constexpr std::size_t flatPointBytes = 24;
 
-void takeColour(const GradientPoint& point, float colour[4]) {
-    colour[0] = point.r;
-    colour[1] = point.g;
-    colour[2] = point.b;
-    colour[3] = point.a;
+void takeColor(const GradientPoint& point, float color[4]) {
+    color[0] = point.r;
+    color[1] = point.g;
+    color[2] = point.b;
+    color[3] = point.a;
 }
 
-void takePoint(const GradientPoint& point, float colour[4], std::int32_t* kind) {
-    takeColour(point, colour);
+void takePoint(const GradientPoint& point, float color[4], std::int32_t* kind) {
+    takeColor(point, color);
     if (kind != nullptr) {
         *kind = point.kind;
     }
@@ -34,23 +34,23 @@ float easeSin(float u) {
     return (0.5f - std::cos(u * 3.1415927f) * 0.5f) * 0.7f + u * 0.3f;
 }
 
-void blend(const GradientPoint& from, const GradientPoint& to, float u, float colour[4]) {
+void blend(const GradientPoint& from, const GradientPoint& to, float u, float color[4]) {
     const float rest = 1.0f - u;
-    colour[0] = u * to.r + rest * from.r;
-    colour[1] = u * to.g + rest * from.g;
-    colour[2] = u * to.b + rest * from.b;
-    colour[3] = u * to.a + rest * from.a;
+    color[0] = u * to.r + rest * from.r;
+    color[1] = u * to.g + rest * from.g;
+    color[2] = u * to.b + rest * from.b;
+    color[3] = u * to.a + rest * from.a;
 }
 
 std::string_view kindWord(std::int32_t kind) {
-    const bool known = kind >= 0 && static_cast<std::size_t>(kind) < KindWords.size();
-    return KindWords[known ? static_cast<std::size_t>(kind) : 0];
+    const bool known = kind >= 0 && static_cast<std::size_t>(kind) < kindWords.size();
+    return kindWords[known ? static_cast<std::size_t>(kind) : 0];
 }
 
 /// Reads one point; false, with the gradient left alone, when it is not whole or holds a wrong word.
 bool scanPoint(WordStream& words, GradientData& gradient) {
     const auto position = words.labelled("t");
-    const auto kind = words.choice(KindWords);
+    const auto kind = words.choice(kindWords);
     const auto r = words.labelled("r");
     const auto g = words.labelled("g");
     const auto b = words.labelled("b");
@@ -78,20 +78,20 @@ void InsertPoint(GradientData& gradient, float position, const GradientPoint& po
     gradient.points.insert_or_assign(position, point);
 }
 
-void EvaluateGradient(const GradientData& gradient, float t, float colour[4], std::int32_t* kind) {
+void EvaluateGradient(const GradientData& gradient, float t, float color[4], std::int32_t* kind) {
     const auto& points = gradient.points;
     if (points.empty()) {
-        takePoint(GradientPoint{GradientKindSin, 0.0f, 0.0f, 0.0f, 1.0f}, colour, kind);
+        takePoint(GradientPoint{GradientKindSin, 0.0f, 0.0f, 0.0f, 1.0f}, color, kind);
         return;
     }
 
     const auto after = firstPointAfter(points, t);
     if (after == points.begin()) {
-        takePoint(after->second, colour, kind);
+        takePoint(after->second, color, kind);
         return;
     }
     if (after == points.end()) {
-        takePoint(std::prev(points.end())->second, colour, kind);
+        takePoint(std::prev(points.end())->second, color, kind);
         return;
     }
 
@@ -99,15 +99,15 @@ void EvaluateGradient(const GradientData& gradient, float t, float colour[4], st
     const auto before = std::prev(after);
     const GradientPoint& from = before->second;
     if (from.kind == GradientKindEdge) {
-        takePoint(from, colour, kind);
+        takePoint(from, color, kind);
         return;
     }
     const float u = (t - before->first) / (after->first - before->first);
-    blend(from, after->second, from.kind == GradientKindSin ? easeSin(u) : u, colour);
+    blend(from, after->second, from.kind == GradientKindSin ? easeSin(u) : u, color);
 }
 
 std::uint32_t flatSize(const GradientData& gradient) {
-    return static_cast<std::uint32_t>(FlatHeaderBytes + FlatPointBytes * gradient.points.size());
+    return static_cast<std::uint32_t>(flatHeaderBytes + flatPointBytes * gradient.points.size());
 }
 
 std::vector<std::byte> flatten(const GradientData& gradient) {
@@ -126,12 +126,12 @@ std::vector<std::byte> flatten(const GradientData& gradient) {
 }
 
 bool unflatten(std::span<const std::byte> flat, GradientData& gradient) {
-    if (flat.size() < FlatHeaderBytes) {
+    if (flat.size() < flatHeaderBytes) {
         return false;
     }
     gradient.points.clear();
     const auto count = readFlat<std::int32_t>(flat, 0);
-    return readRecords(flat, FlatHeaderBytes, count, FlatPointBytes, [&](std::size_t offset) {
+    return readRecords(flat, flatHeaderBytes, count, flatPointBytes, [&](std::size_t offset) {
         const GradientPoint point{readFlat<std::int32_t>(flat, offset + 4), readFlat<float>(flat, offset + 8),
                                   readFlat<float>(flat, offset + 12), readFlat<float>(flat, offset + 16),
                                   readFlat<float>(flat, offset + 20)};
@@ -141,7 +141,7 @@ bool unflatten(std::span<const std::byte> flat, GradientData& gradient) {
 
 std::string printText(const GradientData& gradient) {
     auto stream = classicTextStream();
-    stream << TextWord;
+    stream << textWord;
     for (const auto& [position, point] : gradient.points) {
         stream << " t " << position << " " << kindWord(point.kind) << " ";
         stream << " r " << point.r << " g " << point.g << " b " << point.b << " a " << point.a;
@@ -151,7 +151,7 @@ std::string printText(const GradientData& gradient) {
 
 bool scanText(std::string_view text, GradientData& gradient) {
     WordStream words(text);
-    return words.word(TextWord) && words.groups([&] { return scanPoint(words, gradient); });
+    return words.word(textWord) && words.groups([&] { return scanPoint(words, gradient); });
 }
 
 GradientData interpolate(const GradientData& first, const GradientData& second, double t) {

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Source/Editors/PositionMap.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Source/Editors/PositionMap.h"
 
 namespace Tessavoy {
 
@@ -47,7 +47,7 @@ void InsertPoint(GradientData& gradient, float position, const GradientPoint& po
 ///
 /// `kind`, if given, is set where a single point decides (before the first, after the last, on an edge stretch) to
 /// that point's kind, and to 1 for a gradient without points; between blended points it is left as it is.
-void EvaluateGradient(const GradientData& gradient, float t, float colour[4], std::int32_t* kind = nullptr);
+void EvaluateGradient(const GradientData& gradient, float t, float color[4], std::int32_t* kind = nullptr);
 
 /// Bytes of the flat form: 4 + 24 for each point.
 std::uint32_t flatSize(const GradientData& gradient);

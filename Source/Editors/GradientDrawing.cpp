@@ -1,20 +1,20 @@
 #include "Source/Editors/GradientDrawing.h"
 
+#include "Source/Editors/PointEditing.h"
+
 #include <algorithm>
 #include <cmath>
 #include <ranges>
-
-#include "Source/Editors/PointEditing.h"
 
 namespace Tessavoy {
 
 namespace {
 
-constexpr std::int32_t BarMargin = 3;        ///< on the left and on the right, pixels
-constexpr std::int32_t CheckerSquare = 6;    ///< pixels
-constexpr std::int32_t MarkerHeight = 15;    ///< pixels
-constexpr std::int32_t MarkerHalfWidth = 5;  ///< pixels
-constexpr float OutlineWidth = 1;            ///< pixels
+constexpr std::int32_t barMargin = 3;        ///< on the left and on the right, pixels
+constexpr std::int32_t checkerSquare = 6;    ///< pixels
+constexpr std::int32_t markerHeight = 15;    ///< pixels
+constexpr std::int32_t markerHalfWidth = 5;  ///< pixels
+constexpr float outlineWidth = 1;            ///< pixels
 
 /// A channel within 0..1; one that is not a number counts as 0.
 float channelInRange(float channel) {
@@ -100,10 +100,10 @@ void addMarker(PanelPath& path, std::int32_t kind, MarkerTip tip) {
 struct GradientLayout {
     explicit GradientLayout(const PF_Rect& frame)
         : axis(frame.left, frame.right),
-          barLeft(frame.left + BarMargin),
-          barTop(frame.top + AxisMargin),
-          barWidth(frame.right - frame.left - 2 * BarMargin),
-          barHeight(frame.bottom - AxisMargin - MarkerHeight - barTop) {}
+          barLeft(frame.left + barMargin),
+          barTop(frame.top + axisMargin),
+          barWidth(frame.right - frame.left - 2 * barMargin),
+          barHeight(frame.bottom - axisMargin - markerHeight - barTop) {}
 
     bool hasBar() const { return barWidth > 0 && barHeight > 0; }
 
@@ -132,13 +132,13 @@ void drawBar(const PanelDrawing& drawing, const GradientData& gradient, const Gr
 
 /// Stored positions may be any number, and what is far outside has no place in pixels.
 bool hasMarker(const ControlAxis& axis, float position) {
-    constexpr float reach = AxisMargin + MarkerHalfWidth;
+    constexpr float reach = axisMargin + markerHalfWidth;
     const float distance = position * axis.span();
     return distance >= -reach && distance <= axis.span() + reach;
 }
 
 void drawMarkers(const PanelDrawing& drawing, const GradientData& gradient, const GradientLayout& layout) {
-    const auto pen = drawing.newPen(drawing.themeColor(PF_App_Color_TEXT), OutlineWidth);
+    const auto pen = drawing.newPen(drawing.themeColor(PF_App_Color_TEXT), outlineWidth);
     const auto start = static_cast<float>(layout.axis.start());
     const auto tipY = static_cast<float>(layout.barTop + layout.barHeight);
     for (const auto& [position, point] : std::views::reverse(gradient.points)) {
@@ -165,7 +165,7 @@ PanelImage gradientBar(const GradientData& gradient, std::int32_t width, std::in
 
 PanelImage checkerboard(std::int32_t width, std::int32_t height, PanelPixel light, PanelPixel dark) {
     return makeImage(width, height, [&](std::int32_t x, std::int32_t y) {
-        return (x / CheckerSquare + y / CheckerSquare) % 2 == 0 ? light : dark;
+        return (x / checkerSquare + y / checkerSquare) % 2 == 0 ? light : dark;
     });
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
-
 #include "Source/Editors/GradientData.h"
 #include "Source/Editors/PanelDrawing.h"
 #include "Source/Editors/PanelImage.h"
+
+#include <cstdint>
 
 namespace Tessavoy {
 

@@ -85,7 +85,7 @@ bool GradientEditor::drag(GradientDrag& drag, PanelPlace pointer) {
         return false;
     }
     auto& points = mGradient.points;
-    const bool isOff = drag.rank == GradientDrag::DraggedOff;
+    const bool isOff = drag.rank == GradientDrag::draggedOff;
     const bool isBelow = pointer.y > mFrame.bottom;
     const float position = mAxis.clampedPositionAt(pointer.x, drag.grab);
     const Point dragged = pointOfRank(points, drag.rank);
@@ -96,7 +96,7 @@ bool GradientEditor::drag(GradientDrag& drag, PanelPlace pointer) {
     if (!isOff) {
         points.erase(dragged);
     }
-    drag.rank = isBelow ? GradientDrag::DraggedOff : placePoint(points, position, drag.point);
+    drag.rank = isBelow ? GradientDrag::draggedOff : placePoint(points, position, drag.point);
     return true;
 }
 

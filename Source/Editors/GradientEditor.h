@@ -1,20 +1,20 @@
 #pragma once
 
-#include <cstdint>
-
 #include "Source/Editors/GradientData.h"
 #include "Source/Editors/PointEditing.h"
+
+#include <cstdint>
 
 namespace Tessavoy {
 
 /// What is kept of a point while it is dragged.
 struct GradientDrag {
     std::int32_t grab = 0;  ///< from the pointer to the point, pixels
-    std::int32_t rank = 0;  ///< of the point, or `DraggedOff`
+    std::int32_t rank = 0;  ///< of the point, or `draggedOff`
     GradientPoint point;
 
     /// The rank of a point that was dragged off the control and is gone.
-    static constexpr std::int32_t DraggedOff = -1;
+    static constexpr std::int32_t draggedOff = -1;
 };
 
 /// What comes of a click on a gradient.

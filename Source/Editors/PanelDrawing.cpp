@@ -1,8 +1,8 @@
 #include "Source/Editors/PanelDrawing.h"
 
-#include "Source/Editors/Utf16.h"
 #include "Source/HostAccess/Exception.h"
 #include "Source/HostAccess/SuiteHandler.h"
+#include "Source/HostAccess/Utf16.h"
 
 namespace Tessavoy {
 
@@ -80,12 +80,12 @@ float PanelDrawing::fontSize() const {
 }
 
 DRAWBOT_ColorRGBA PanelDrawing::themeColor(PF_AppColorValue color) const {
-    constexpr float share = 1.5259022e-05F;  // of a component that runs to 65535
+    constexpr float share = 1.5259022e-05f;  // of a component that runs to 65535
     SuiteHandler suites(mInData->pica_basicP);
     PF_App_Color components{};
     throwOnError(suites.get<PFAppSuite4>().PF_AppGetColor(color, &components));
     const auto part = [](A_u_short component) { return static_cast<float>(component) * share; };
-    return {part(components.red), part(components.green), part(components.blue), 1.0F};
+    return {part(components.red), part(components.green), part(components.blue), 1.0f};
 }
 
 DrawbotObject<DRAWBOT_BrushRef> PanelDrawing::newBrush(const DRAWBOT_ColorRGBA& color) const {
@@ -153,7 +153,7 @@ void PanelDrawing::drawImage(const PanelImage& image, DRAWBOT_PointF32 place) co
     const auto bytes = pixelsInLayout(image, layout);
     DRAWBOT_ImageRef reference = nullptr;
     throwOnError(mSuites.supplier->NewImageFromBuffer(mSupplier, image.width, image.height,
-                                                      image.width * PanelPixelBytes, layout, bytes.data(), &reference));
+                                                      image.width * panelPixelBytes, layout, bytes.data(), &reference));
     const DrawbotObject<DRAWBOT_ImageRef> drawn(*mSuites.supplier, reference);
     throwOnError(mSuites.surface->DrawImage(mSurface, drawn.get(), &place, unfaded));
 }

@@ -4,7 +4,7 @@ namespace Tessavoy {
 
 std::vector<std::byte> pixelsInLayout(const PanelImage& image, DRAWBOT_PixelLayoutValue layout) {
     std::vector<std::byte> bytes;
-    bytes.reserve(image.pixels.size() * PanelPixelBytes);
+    bytes.reserve(image.pixels.size() * panelPixelBytes);
     const auto append = [&bytes](auto... channels) { (bytes.push_back(std::byte{channels}), ...); };
     for (const PanelPixel& pixel : image.pixels) {
         if (layout == kDRAWBOT_PixelLayout_32ARGB_Straight) {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "HostInterface/Constants.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <vector>
-
-#include "HostInterface/Constants.h"
 
 namespace Tessavoy {
 
@@ -26,7 +26,7 @@ struct PanelImage {
 };
 
 /// Bytes of a pixel in the host's layouts with alpha.
-inline constexpr std::int32_t PanelPixelBytes = 4;
+inline constexpr std::int32_t panelPixelBytes = 4;
 
 /// The picture's bytes in the host's layout, rows without padding. Known are the straight ones with alpha, in both
 /// orders.

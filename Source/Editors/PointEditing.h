@@ -1,11 +1,11 @@
 #pragma once
 
+#include "HostInterface/Types.h"
+#include "Source/Editors/PositionMap.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
-
-#include "HostInterface/Types.h"
-#include "Source/Editors/PositionMap.h"
 
 namespace Tessavoy {
 
@@ -26,14 +26,14 @@ struct ControlClick {
 };
 
 /// What a control's axes leave free on each side of its frame, pixels.
-inline constexpr std::int32_t AxisMargin = 6;
+inline constexpr std::int32_t axisMargin = 6;
 
 /// One axis of a control: pixels of the panel from where 0 lies to where 1 lies. Its start must be before its end.
 class ControlAxis {
 public:
     /// The axis between two edges of a frame, a margin inside them.
     ControlAxis(std::int32_t firstEdge, std::int32_t lastEdge)
-        : mStart(firstEdge + AxisMargin), mEnd(lastEdge - AxisMargin) {}
+        : mStart(firstEdge + axisMargin), mEnd(lastEdge - axisMargin) {}
 
     /// Whether the frame leaves any length to it; there are no positions otherwise.
     bool hasLength() const { return mStart < mEnd; }

@@ -28,11 +28,7 @@ PF_Err click(const ControlEvent& event) {
 
 PF_Err drag(const ControlEvent& event) {
     const CheckOutRamp ramp(event.inData(), event.value());
-    auto drag = event.drag<RampDrag>();
-    if (RampEditor(*ramp, event.frame()).drag(drag, event.pointer())) {
-        event.keepDrag(drag);
-        event.markChanged();
-    }
+    event.dragWith<RampDrag>(RampEditor(*ramp, event.frame()));
     return PF_Err_NONE;
 }
 

@@ -1,25 +1,25 @@
 #include "Source/Editors/RampData.h"
 
+#include "Source/Editors/FlatData.h"
+#include "Source/Editors/WordStream.h"
+
 #include <array>
 #include <cmath>
 #include <iterator>
-
-#include "Source/Editors/FlatData.h"
-#include "Source/Editors/WordStream.h"
 
 namespace Tessavoy {
 
 namespace {
 
-constexpr std::string_view TextWord = "Ramp";
-constexpr std::array<std::string_view, 2> ModeWords = {"all", "withoutSin"};
-constexpr std::array<std::string_view, 4> InterpolationWords = {"sin", "line", "step", "bezier"};
-constexpr std::size_t FlatHeaderBytes = 12;
-constexpr std::size_t FlatPointBytes = 8;
+constexpr std::string_view textWord = "Ramp";
+constexpr std::array<std::string_view, 2> modeWords = {"all", "withoutSin"};
+constexpr std::array<std::string_view, 4> interpolationWords = {"sin", "line", "step", "bezier"};
+constexpr std::size_t flatHeaderBytes = 12;
+constexpr std::size_t flatPointBytes = 8;
 
 /// Positions closer than this count as reached when the curve is searched.
-constexpr float PositionTolerance = 0.0001f;
-constexpr int SearchDepth = 5;
+constexpr float positionTolerance = 0.0001f;
+constexpr int searchDepth = 5;
 
 using PointIterator = PositionMap<float>::const_iterator;
 
@@ -61,13 +61,13 @@ struct Stretch {
 /// Bisects the stretch a few times, then takes a linear step.
 float searchStretch(const Cubic& x, Stretch stretch, float t) {
     for (int depth = 1;; ++depth) {
-        if (stretch.lowX + PositionTolerance >= t) {
+        if (stretch.lowX + positionTolerance >= t) {
             return stretch.lowV;
         }
-        if (t >= stretch.highX - PositionTolerance) {
+        if (t >= stretch.highX - positionTolerance) {
             return stretch.highV;
         }
-        if (depth >= SearchDepth) {
+        if (depth >= searchDepth) {
             break;
         }
         const float v = (stretch.lowV + stretch.highV) * 0.5f;
@@ -81,10 +81,10 @@ float searchStretch(const Cubic& x, Stretch stretch, float t) {
 
 /// The curve parameter at which the curve's position is `t`.
 float curveParameter(const Cubic& x, float t) {
-    if (x.p0 + PositionTolerance >= t) {
+    if (x.p0 + positionTolerance >= t) {
         return 0.0f;
     }
-    if (t >= x.p3 - PositionTolerance) {
+    if (t >= x.p3 - positionTolerance) {
         return 1.0f;
     }
     const float middle = x.at(0.5f);
@@ -139,8 +139,8 @@ float evaluateUnclamped(const RampData& ramp, float t) {
 }
 
 void writeInterpolation(std::ostream& stream, std::int32_t interpolation) {
-    if (interpolation >= 0 && static_cast<std::size_t>(interpolation) < InterpolationWords.size()) {
-        stream << InterpolationWords[static_cast<std::size_t>(interpolation)];
+    if (interpolation >= 0 && static_cast<std::size_t>(interpolation) < interpolationWords.size()) {
+        stream << interpolationWords[static_cast<std::size_t>(interpolation)];
     } else {
         stream << interpolation;
     }
@@ -183,7 +183,7 @@ float EvaluateRamp(const RampData& ramp, float t) {
 }
 
 std::uint32_t flatSize(const RampData& ramp) {
-    return static_cast<std::uint32_t>(FlatHeaderBytes + FlatPointBytes * ramp.points.size());
+    return static_cast<std::uint32_t>(flatHeaderBytes + flatPointBytes * ramp.points.size());
 }
 
 std::vector<std::byte> flatten(const RampData& ramp) {
@@ -200,21 +200,21 @@ std::vector<std::byte> flatten(const RampData& ramp) {
 }
 
 bool unflatten(std::span<const std::byte> flat, RampData& ramp) {
-    if (flat.size() < FlatHeaderBytes) {
+    if (flat.size() < flatHeaderBytes) {
         return false;
     }
     ramp.mode = readFlat<std::int32_t>(flat, 0);
     ramp.interpolation = readFlat<std::int32_t>(flat, 4);
     ramp.points.clear();
     const auto count = readFlat<std::int32_t>(flat, 8);
-    return readRecords(flat, FlatHeaderBytes, count, FlatPointBytes, [&](std::size_t offset) {
+    return readRecords(flat, flatHeaderBytes, count, flatPointBytes, [&](std::size_t offset) {
         ramp.points.insert_or_assign(readFlat<float>(flat, offset), readFlat<float>(flat, offset + 4));
     });
 }
 
 std::string printText(const RampData& ramp) {
     auto stream = classicTextStream();
-    stream << TextWord << " " << ModeWords[ramp.mode == RampModeWithoutSin ? 1 : 0] << " "
+    stream << textWord << " " << modeWords[ramp.mode == RampModeWithoutSin ? 1 : 0] << " "
            << " ";
     writeInterpolation(stream, ramp.interpolation);
     stream << " ";
@@ -226,8 +226,8 @@ std::string printText(const RampData& ramp) {
 
 bool scanText(std::string_view text, RampData& ramp) {
     WordStream words(text);
-    return words.word(TextWord) && scanChoice(words, ModeWords, ramp.mode) &&
-           scanChoice(words, InterpolationWords, ramp.interpolation) &&
+    return words.word(textWord) && scanChoice(words, modeWords, ramp.mode) &&
+           scanChoice(words, interpolationWords, ramp.interpolation) &&
            words.groups([&] { return scanPoint(words, ramp); });
 }
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Source/Editors/PositionMap.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Source/Editors/PositionMap.h"
 
 namespace Tessavoy {
 

@@ -1,16 +1,16 @@
 #include "Source/Editors/RampDrawing.h"
 
-#include <ranges>
-
 #include "Source/Editors/PointEditing.h"
+
+#include <ranges>
 
 namespace Tessavoy {
 
 namespace {
 
-constexpr float OutlineWidth = 1;  ///< pixels
-constexpr float CurveWidth = 2;    ///< pixels
-constexpr float HandleOffset = 5;  ///< from a handle's middle to its corners, pixels
+constexpr float outlineWidth = 1;  ///< pixels
+constexpr float curveWidth = 2;    ///< pixels
+constexpr float handleOffset = 5;  ///< from a handle's middle to its corners, pixels
 
 /// Where the range 0..1 in both directions lies, pixels of the panel.
 struct RampPlot {
@@ -32,7 +32,7 @@ struct RampPlot {
 void drawOutline(const PanelDrawing& drawing, const RampPlot& plot) {
     PanelPath path = drawing.newPath();
     path.addRect(plot.area());
-    drawing.stroke(path, drawing.newPen(drawing.themeColor(PF_App_Color_TEXT_DISABLED), OutlineWidth));
+    drawing.stroke(path, drawing.newPen(drawing.themeColor(PF_App_Color_TEXT_DISABLED), outlineWidth));
 }
 
 void drawCurve(const PanelDrawing& drawing, const RampData& ramp, const RampPlot& plot,
@@ -46,23 +46,23 @@ void drawCurve(const PanelDrawing& drawing, const RampData& ramp, const RampPlot
     for (std::int32_t pixel = plot.x.start() + 1; pixel <= plot.x.end(); ++pixel) {
         path.lineTo(placeAt(pixel));
     }
-    drawing.stroke(path, drawing.newPen(color, CurveWidth));
+    drawing.stroke(path, drawing.newPen(color, curveWidth));
 }
 
 /// Stored points may be any numbers, and what is far outside isn't seen.
 bool hasHandle(DRAWBOT_PointF32 place, const PF_Rect& frame) {
-    return place.x >= static_cast<float>(frame.left) - HandleOffset &&
-           place.x <= static_cast<float>(frame.right) + HandleOffset &&
-           place.y >= static_cast<float>(frame.top) - HandleOffset &&
-           place.y <= static_cast<float>(frame.bottom) + HandleOffset;
+    return place.x >= static_cast<float>(frame.left) - handleOffset &&
+           place.x <= static_cast<float>(frame.right) + handleOffset &&
+           place.y >= static_cast<float>(frame.top) - handleOffset &&
+           place.y <= static_cast<float>(frame.bottom) + handleOffset;
 }
 
 PanelPath handleAt(const PanelDrawing& drawing, DRAWBOT_PointF32 place) {
     PanelPath path = drawing.newPath();
-    path.moveTo({place.x, place.y - HandleOffset});
-    path.lineTo({place.x + HandleOffset, place.y});
-    path.lineTo({place.x, place.y + HandleOffset});
-    path.lineTo({place.x - HandleOffset, place.y});
+    path.moveTo({place.x, place.y - handleOffset});
+    path.lineTo({place.x + handleOffset, place.y});
+    path.lineTo({place.x, place.y + handleOffset});
+    path.lineTo({place.x - handleOffset, place.y});
     path.close();
     return path;
 }
@@ -79,7 +79,7 @@ void drawRamp(const PanelDrawing& drawing, const RampData& ramp, const PF_Rect& 
     drawCurve(drawing, ramp, plot, color);
 
     const auto inside = drawing.newBrush(drawing.themeColor(PF_App_Color_PANEL_BACKGROUND));
-    const auto outline = drawing.newPen(color, OutlineWidth);
+    const auto outline = drawing.newPen(color, outlineWidth);
     for (const auto& [position, value] : std::views::reverse(ramp.points)) {
         const DRAWBOT_PointF32 place = plot.placeOf(position, value);
         if (hasHandle(place, frame)) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdint>
-
 #include "Source/Editors/PointEditing.h"
 #include "Source/Editors/RampData.h"
+
+#include <cstdint>
 
 namespace Tessavoy {
 

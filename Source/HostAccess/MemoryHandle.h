@@ -21,10 +21,17 @@ public:
     AEGP_MemHandle* place() { return &mHandle; }
 
     /// Makes `address` readable; the host's error. Nothing is done where the host gave no handle.
-    PF_Err lock() { return mHandle == nullptr ? PF_Err{PF_Err_NONE} : mMemory.AEGP_LockMemHandle(mHandle, &mAddress); }
+    PF_Err lock() {
+        if (mHandle == nullptr) {
+            return PF_Err_NONE;
+        }
+        const PF_Err error = mMemory.AEGP_LockMemHandle(mHandle, &mAddress);
+        mIsLocked = error == PF_Err_NONE;
+        return error;
+    }
 
-    /// The block; null before `lock` or where the host gave none.
-    const void* address() const { return mAddress; }
+    /// The block; null unless `lock` succeeded, or where the host gave none.
+    const void* address() const { return mIsLocked ? mAddress : nullptr; }
 
     /// Size of the block in bytes; the host's error.
     PF_Err size(AEGP_MemSize& bytes) const { return mMemory.AEGP_GetMemHandleSize(mHandle, &bytes); }
@@ -32,7 +39,7 @@ public:
     /// Gives the memory back; the host's first error. Nothing is left to do the second time.
     PF_Err close() {
         PF_Err unlocking = PF_Err_NONE;
-        if (std::exchange(mAddress, nullptr) != nullptr) {
+        if (std::exchange(mIsLocked, false)) {
             unlocking = mMemory.AEGP_UnlockMemHandle(mHandle);
         }
         PF_Err freeing = PF_Err_NONE;
@@ -46,6 +53,7 @@ private:
     const AEGP_MemorySuite1& mMemory;
     AEGP_MemHandle mHandle = nullptr;
     void* mAddress = nullptr;
+    bool mIsLocked = false;  ///< a locked block may have no address
 };
 
 }  // namespace Tessavoy

@@ -1,24 +1,23 @@
 #include "Source/Parameter/CustomParameterSets.h"
 
 #include "Source/Parameter/Catalogue.h"
+#include "Source/Parameter/ParametersCustom.h"
 
 namespace Tessavoy {
 
 namespace {
 
-/// The indices of Custom1 to Custom10 of one kind.
-std::unordered_set<A_long> slotIndices(std::string_view kind) {
-    constexpr A_long firstSlot = 2;
-    constexpr A_long lastSlot = 20;
+/// The indices of the ten slots of one kind.
+std::unordered_set<A_long> slotIndices(CustomParameterType kind) {
     std::unordered_set<A_long> indices;
-    for (A_long item = firstSlot; item <= lastSlot; item += 2) {
-        indices.insert(parameterIndex(composeId(Section::CustomParameters, kind, item)));
+    for (A_long slot = 1; slot <= NamedSlots; ++slot) {
+        indices.insert(parameterIndex(slotNameId(kind, slot)));
     }
     return indices;
 }
 
 std::unordered_set<A_long> gradientIndices() {
-    std::unordered_set<A_long> indices = slotIndices("Gradient");
+    std::unordered_set<A_long> indices = slotIndices(CustomParameterType::Gradient);
     indices.insert(parameterIndex("FogColorGradient"));
     return indices;
 }
@@ -31,7 +30,7 @@ const std::unordered_set<A_long>& gradientParamIds() {
 }
 
 const std::unordered_set<A_long>& rampParamIds() {
-    static const std::unordered_set<A_long> indices = slotIndices("Ramp");
+    static const std::unordered_set<A_long> indices = slotIndices(CustomParameterType::Ramp);
     return indices;
 }
 

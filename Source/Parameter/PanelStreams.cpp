@@ -1,8 +1,8 @@
 #include "Source/Parameter/PanelStreams.h"
 
-#include "Source/Editors/Utf16.h"
 #include "Source/HostAccess/EffectLayerQuery.h"
 #include "Source/HostAccess/MemoryHandle.h"
+#include "Source/HostAccess/Utf16.h"
 #include "Source/Parameter/Catalogue.h"
 
 #include <utility>

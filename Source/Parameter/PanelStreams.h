@@ -3,7 +3,6 @@
 #include "HostInterface/Effect.h"
 #include "Source/HostAccess/SuiteHandler.h"
 
-#include <string>
 #include <string_view>
 
 /// How parameters show in the host's panel: each is a stream there, which can be hidden and renamed. Missing suites

@@ -10,17 +10,20 @@ namespace Tessavoy {
 namespace {
 
 constexpr std::array<CustomKind, CustomParameterKinds> kinds = {{
-    {"Float", "", 127, 128},
-    {"Color", "", 130, 131},
-    {"Layer", "", 133, 134},
-    {"Noise", ".GroupBegin", 136, 137},
-    {"Random", ".GroupBegin", 139, 140},
-    {"Ramp", "", 142, 143},
-    {"Gradient", "", 145, 146},
-    {"Path", "", 148, 149},
-    {"Point2D", "", 151, 152},
-    {"Point3D", "", 154, 155},
+    {"", 127, 128},             // Float
+    {"", 130, 131},             // Color
+    {"", 133, 134},             // Layer
+    {".GroupBegin", 136, 137},  // Noise
+    {".GroupBegin", 139, 140},  // Random
+    {"", 142, 143},             // Ramp
+    {"", 145, 146},             // Gradient
+    {"", 148, 149},             // Path
+    {"", 151, 152},             // Point2D
+    {"", 154, 155},             // Point3D
 }};
+
+/// The kinds' sections follow each other in the top section.
+constexpr A_long firstKindItem = 54;
 
 // Every kind's section names its items alike.
 constexpr A_long switchItem = 1;
@@ -34,7 +37,7 @@ constexpr A_long renameItem(A_long slot) {
 }
 
 std::string itemId(CustomParameterType type, A_long item) {
-    return composeId(Section::CustomParameters, customKind(type).prefix, item);
+    return composeId(Section::CustomParameters, kindPrefix(type), item);
 }
 
 }  // namespace
@@ -42,6 +45,10 @@ std::string itemId(CustomParameterType type, A_long item) {
 const CustomKind& customKind(CustomParameterType type) {
     TESSAVOY_ASSERT(type < CustomParameterType::Size, "type != CustomParameterType::Size");
     return kinds[static_cast<std::size_t>(type)];
+}
+
+std::string_view kindPrefix(CustomParameterType type) {
+    return parameterName(Section::MainParams, firstKindItem + static_cast<A_long>(type));
 }
 
 std::string slotNameId(CustomParameterType type, A_long slot) {

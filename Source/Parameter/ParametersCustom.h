@@ -17,7 +17,6 @@ inline constexpr A_long NamedSlots = 10;
 
 /// What the kinds' slots differ in.
 struct CustomKind {
-    std::string_view prefix;        ///< of the section's ids
     std::string_view customSuffix;  ///< of the id that carries a slot's name: the slot is a group, or a parameter
     A_long plainLabel;              ///< row of the text table: a format of the slot's number
     A_long namedLabel;              ///< row of the text table: a format of the slot's number and its name
@@ -25,6 +24,9 @@ struct CustomKind {
 
 /// With Size it is an assertion that stops the process.
 const CustomKind& customKind(CustomParameterType type);
+
+/// The prefix of the ids in the kind's section. Not for Size.
+std::string_view kindPrefix(CustomParameterType type);
 
 /// The ids of a slot's parameters, slot 1 to 10, with the same assertion: of the one that carries its name, the slot's
 /// own or the start of its group where the slot is a group; and of the button that names it.

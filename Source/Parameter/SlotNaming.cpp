@@ -18,7 +18,7 @@ CustomParameterType kindOf(int number) {
     return static_cast<CustomParameterType>(number);
 }
 
-/// Each kind's buttons are all of one mind.
+/// Shows or hides all of a kind's buttons, by the kind's switch. Whether anything changed.
 bool updateRenameButtons(PF_InData* inData, SuiteHandler& suites, PF_ParamDef* params[], CustomParameterType kind) {
     const bool show = params[parameterIndex(renameSwitchId(kind))]->u.bd.value != 0;
     bool changed = false;

@@ -1,6 +1,5 @@
 #include "Host/Dialogs/AnswerQueue.h"
 #include "Host/Dialogs/DialogScript.h"
-#include "Host/SequenceBlock.h"
 #include "Tests/Module/PanelFixture.h"
 #include "Tests/Support/DialogTexts.h"
 
@@ -32,8 +31,6 @@ protected:
         serveDialogs(host().services(), user);
         return instanceOf(scene);
     }
-
-    static std::string scriptOf(EffectInstance& instance) { return scriptIn(instance.flattenedSequenceData()); }
 
     // A press of OK that leaves all fields as they are, and one that writes into the editor.
     static DialogAnswer ok() { return {DialogButton::Ok, {}}; }

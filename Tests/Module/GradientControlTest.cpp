@@ -39,10 +39,10 @@ TEST_F(ModuleGradientControl, BelongsToAllElevenGradients) {
         ids.push_back("Gradient.Custom" + std::to_string(slot));
     for (const std::string& id : ids) {
         GradientInPanel panel(host(), {red, green, blue}, id);
-        expectGoodEvent(panel.control.click(206, inside, 1, PF_Mod_CMD_CTRL_KEY));
+        expectGood(panel.control.click(206, inside, 1, PF_Mod_CMD_CTRL_KEY));
         EXPECT_TRUE(panel.control.changed()) << id;
         DrawingRecorder recorder;
-        expectGoodEvent(panel.control.draw(recorder));
+        expectGood(panel.control.draw(recorder));
         EXPECT_THAT(recorder.pictures, SizeIs(2)) << id;
     }
 }
@@ -50,7 +50,7 @@ TEST_F(ModuleGradientControl, BelongsToAllElevenGradients) {
 TEST_F(ModuleGradientControl, TheModifierGoesThroughTheKinds) {
     GradientInPanel panel(host(), {red, green, blue});
     for (const StopKind kind : {StopKind::Edge, StopKind::Straight, StopKind::Soft, StopKind::Edge}) {
-        expectGoodEvent(panel.control.click(209, inside, 1, PF_Mod_CMD_CTRL_KEY | PF_Mod_SHIFT_KEY));
+        expectGood(panel.control.click(209, inside, 1, PF_Mod_CMD_CTRL_KEY | PF_Mod_SHIFT_KEY));
         EXPECT_TRUE(panel.control.changed());
         EXPECT_TRUE(panel.control.handled());
         EXPECT_FALSE(panel.control.sendsDrags());
@@ -72,7 +72,7 @@ TEST_F(ModuleGradientControl, LeavesClicksOnNothing) {
                   {99, 1, PF_Mod_NONE},
                   {206, 3, PF_Mod_NONE}};
     for (const auto& click : clicks) {
-        expectGoodEvent(panel.control.click(click.x, inside, click.count, click.modifiers));
+        expectGood(panel.control.click(click.x, inside, click.count, click.modifiers));
         EXPECT_TRUE(panel.control.untouched()) << click.x;
         EXPECT_EQ(panel.control.flat(), before);
     }
@@ -82,18 +82,18 @@ TEST_F(ModuleGradientControl, LeavesClicksOnNothing) {
 TEST_F(ModuleGradientControl, GrabsAPointAndMovesIt) {
     GradientInPanel panel(host(), {red, green, blue});
     const Bytes before = panel.control.flat();
-    expectGoodEvent(panel.control.click(203, inside, 1, PF_Mod_SHIFT_KEY | PF_Mod_MAC_CONTROL_KEY));
+    expectGood(panel.control.click(203, inside, 1, PF_Mod_SHIFT_KEY | PF_Mod_MAC_CONTROL_KEY));
     EXPECT_TRUE(panel.control.sendsDrags());
     EXPECT_TRUE(panel.control.handled());
     EXPECT_FALSE(panel.control.changed());
     EXPECT_EQ(panel.control.flat(), before);
 
-    expectGoodEvent(panel.control.drag(203, inside));
+    expectGood(panel.control.drag(203, inside));
     EXPECT_FALSE(panel.control.changed());
     EXPECT_FALSE(panel.control.handled());
     EXPECT_EQ(panel.control.flat(), before);
 
-    expectGoodEvent(panel.control.drag(223, -500));
+    expectGood(panel.control.drag(223, -500));
     EXPECT_TRUE(panel.control.changed());
     EXPECT_TRUE(panel.control.handled());
     EXPECT_TRUE(panel.control.sendsDrags());
@@ -121,16 +121,16 @@ TEST_F(ModuleGradientControl, DragsPointsOffAndBack) {
     panel.control.click(206, inside);
     panel.control.drag(208, frame.bottom);
     EXPECT_EQ(panel.control.flat(), flatGradient({red, at(0.51F, green), blue}));
-    expectGoodEvent(panel.control.drag(210, below));
+    expectGood(panel.control.drag(210, below));
     EXPECT_TRUE(panel.control.changed());
     EXPECT_TRUE(panel.control.sendsDrags());
     EXPECT_EQ(panel.control.flat(), flatGradient({red, blue}));
     for (const int x : {210, 50, 300}) {
-        expectGoodEvent(panel.control.drag(x, below + 50));
+        expectGood(panel.control.drag(x, below + 50));
         EXPECT_FALSE(panel.control.changed());
         EXPECT_EQ(panel.control.flat(), flatGradient({red, blue}));
     }
-    expectGoodEvent(panel.control.drag(pixelOf(0.25), frame.bottom));
+    expectGood(panel.control.drag(pixelOf(0.25), frame.bottom));
     EXPECT_TRUE(panel.control.changed());
     EXPECT_EQ(panel.control.flat(), flatGradient({red, at(0.25F + 0.001F, green), blue}));
     panel.control.drag(pixelOf(0.25), below);
@@ -146,7 +146,7 @@ TEST_F(ModuleGradientControl, KeepsAPointThatIsDraggedStraightDown) {
     GradientInPanel panel(host(), {at(0, red), at(1, green)});
     panel.control.click(306, inside);
     for (const int x : {306, 400}) {
-        expectGoodEvent(panel.control.drag(x, below));
+        expectGood(panel.control.drag(x, below));
         EXPECT_FALSE(panel.control.changed());
         EXPECT_EQ(panel.control.flat(), flatGradient({at(0, red), at(1, green)}));
     }
@@ -160,19 +160,19 @@ TEST_F(ModuleGradientControl, LosesAllItsPointsAndGetsNewOnes) {
     }
     EXPECT_EQ(panel.control.flat(), flatGradient({}));
     DrawingRecorder recorder;
-    expectGoodEvent(panel.control.draw(recorder));
+    expectGood(panel.control.draw(recorder));
     EXPECT_THAT(recorder.fills, IsEmpty());
     ASSERT_THAT(recorder.pictures, SizeIs(1));
     EXPECT_EQ(std::vector(recorder.pictures[0].image.samples.begin(), recorder.pictures[0].image.samples.begin() + 4),
               (Bytes{std::byte{0}, std::byte{0}, std::byte{0}, std::byte{255}}));
-    expectGoodEvent(panel.control.click(206, inside, 2));
+    expectGood(panel.control.click(206, inside, 2));
     EXPECT_TRUE(panel.control.changed());
     EXPECT_EQ(panel.control.flat(), flatGradient({{0.5F, StopKind::Soft, {0, 0, 0, 1}}}));
 }
 
 TEST_F(ModuleGradientControl, GetsAPointOfItsColourByADoubleClick) {
     GradientInPanel panel(host(), {{0.25F, StopKind::Edge, red.colour}, green, blue});
-    expectGoodEvent(panel.control.click(pixelOf(0.4), inside, 2));
+    expectGood(panel.control.click(pixelOf(0.4), inside, 2));
     EXPECT_TRUE(panel.control.changed());
     EXPECT_TRUE(panel.control.handled());
     EXPECT_FALSE(panel.control.sendsDrags());
@@ -183,7 +183,7 @@ TEST_F(ModuleGradientControl, GetsAPointOfItsColourByADoubleClick) {
 TEST_F(ModuleGradientControl, TakesThePickedColourButNotItsAlpha) {
     GradientInPanel panel(host(), {red, green, blue});
     pick(PF_PixelFloat{0.125F, 0.5F, 0.25F, 2});
-    expectGoodEvent(panel.control.click(pixelOf(0.75) + 5, inside, 2));
+    expectGood(panel.control.click(pixelOf(0.75) + 5, inside, 2));
     EXPECT_TRUE(panel.control.changed());
     EXPECT_TRUE(panel.control.handled());
     EXPECT_EQ(panel.control.flat(), flatGradient({red, green, {0.75F, StopKind::Edge, {0.5F, 0.25F, 2, 0.25F}}}));
@@ -198,7 +198,7 @@ TEST_F(ModuleGradientControl, TakesThePickedColourButNotItsAlpha) {
 TEST_F(ModuleGradientControl, IsLeftAsItIsWhenThePickerIsCancelled) {
     GradientInPanel panel(host(), {red, green, blue});
     pick(std::nullopt);
-    expectGoodEvent(panel.control.click(206, inside, 2));
+    expectGood(panel.control.click(206, inside, 2));
     EXPECT_FALSE(panel.control.changed());
     EXPECT_TRUE(panel.control.handled());
     EXPECT_EQ(panel.control.flat(), flatGradient({red, green, blue}));
@@ -224,14 +224,14 @@ TEST_F(ModuleGradientControl, LeavesEventsBesideTheControl) {
         panel.control.event().effect_win.area = area;
         for (const int count : {1, 2}) {
             for (const PF_Modifiers modifiers : {PF_Mod_NONE, PF_Mod_CMD_CTRL_KEY}) {
-                expectGoodEvent(panel.control.click(206, inside, count, modifiers));
+                expectGood(panel.control.click(206, inside, count, modifiers));
                 EXPECT_TRUE(panel.control.untouched());
             }
         }
-        expectGoodEvent(panel.control.drag(150, below));
+        expectGood(panel.control.drag(150, below));
         EXPECT_TRUE(panel.control.untouched());
         panel.control.event().e_type = PF_Event_DRAW;
-        expectGoodEvent(panel.instance->command(PF_Cmd_EVENT, 0, &panel.control.event()));
+        expectGood(panel.instance->command(PF_Cmd_EVENT, 0, &panel.control.event()));
         EXPECT_TRUE(panel.control.untouched());
     }
     EXPECT_EQ(panel.control.flat(), flatGradient({red, green, blue}));
@@ -245,7 +245,7 @@ TEST_F(ModuleGradientControl, LeavesOtherEvents) {
         panel.control.event().e_type = type;
         panel.control.event().u.do_click.screen_point = {206, inside};
         panel.control.event().u.do_click.num_clicks = 2;
-        expectGoodEvent(panel.instance->command(PF_Cmd_EVENT, 0, &panel.control.event()));
+        expectGood(panel.instance->command(PF_Cmd_EVENT, 0, &panel.control.event()));
         EXPECT_TRUE(panel.control.untouched()) << type;
     }
     EXPECT_EQ(panel.control.flat(), flatGradient({red, green, blue}));
@@ -257,7 +257,7 @@ TEST_F(ModuleGradientControl, SurvivesADragOfNothing) {
     for (const int filling : {0x7F, 0x80, 0xFE}) {
         std::memset(panel.control.event().u.do_click.continue_refcon, filling,
                     sizeof panel.control.event().u.do_click.continue_refcon);
-        expectGoodEvent(panel.control.drag(206, inside));
+        expectGood(panel.control.drag(206, inside));
         EXPECT_FALSE(panel.control.changed());
         EXPECT_EQ(panel.control.flat(), flatGradient({red, green, blue}));
     }
@@ -302,7 +302,7 @@ TEST_F(ModuleGradientControl, EditsWhatFramesShow) {
     expectGood(frameBefore);
     PanelControl control(*instance, "FogColorGradient", frame);
     pick(PF_PixelFloat{1, 0, 0, 1});
-    expectGoodEvent(control.click(206, inside, 2));
+    expectGood(control.click(206, inside, 2));
     FrameResult frameAfter = instance->renderFrame({});
     expectGood(frameAfter);
     expectPicture(frameBefore.output, fourSquares({1, 1, 0, 0}));

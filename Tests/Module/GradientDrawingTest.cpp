@@ -22,18 +22,8 @@ class ModuleGradientDrawing : public ModuleFixture {};
 TEST_F(ModuleGradientDrawing, FillsItsFrameAndStaysInIt) {
     GradientInPanel panel(host(), {red, green, blue});
     DrawingRecorder recorder;
-    expectGoodEvent(panel.control.draw(recorder));
-    ASSERT_THAT(recorder.clips, SizeIs(1));
-    EXPECT_EQ(recorder.clips[0].left, 100);
-    EXPECT_EQ(recorder.clips[0].top, 50);
-    EXPECT_EQ(recorder.clips[0].width, 212);
-    EXPECT_EQ(recorder.clips[0].height, 50);
-    ASSERT_THAT(recorder.rectangles, SizeIs(1));
-    EXPECT_EQ(recorder.rectangles[0].area.left, 100);
-    EXPECT_EQ(recorder.rectangles[0].area.top, 50);
-    EXPECT_EQ(recorder.rectangles[0].area.width, 212);
-    EXPECT_EQ(recorder.rectangles[0].area.height, 50);
-    EXPECT_TRUE(sameColor(recorder.rectangles[0].color, themeColorOf(host(), PF_App_Color_PANEL_BACKGROUND)));
+    expectGood(panel.control.draw(recorder));
+    expectFilled(host(), recorder, frame);
 }
 
 // Column x of the bar, of 206, is the gradient at x / 206, cut to whole numbers; behind an opaque bar there is nothing.
@@ -46,7 +36,7 @@ TEST_F(ModuleGradientDrawing, DrawsABarOfItsColours) {
                          {0.95F, StopKind::Soft, {1, 1, 1, 1}}};
     GradientInPanel panel(host(), stops);
     DrawingRecorder recorder;
-    expectGoodEvent(panel.control.draw(recorder));
+    expectGood(panel.control.draw(recorder));
     ASSERT_THAT(recorder.pictures, SizeIs(1));
     const auto& [bar, origin, alpha] = recorder.pictures[0];
     EXPECT_EQ(origin.x, 103);
@@ -71,7 +61,7 @@ TEST_F(ModuleGradientDrawing, DrawsABarOfItsColours) {
 TEST_F(ModuleGradientDrawing, DrawsTransparentColoursOverACheckerboard) {
     GradientInPanel panel(host(), {{0.5F, StopKind::Straight, {1, 0.5F, 0, 0.4F}}});
     DrawingRecorder recorder;
-    expectGoodEvent(panel.control.draw(recorder));
+    expectGood(panel.control.draw(recorder));
     ASSERT_THAT(recorder.pictures, SizeIs(2));
     const DrawnImage& bar = recorder.pictures[1].image;
     // 0.4 * 255 = 102; of red 255, of green 127 * 102 / 255 = 50.8
@@ -102,7 +92,7 @@ TEST_F(ModuleGradientDrawing, MarksEachPointBelowTheBar) {
     const Stops stops = {at(0, red), at(0.2525F, green), at(1, blue)};
     GradientInPanel panel(host(), stops);
     DrawingRecorder recorder;
-    expectGoodEvent(panel.control.draw(recorder));
+    expectGood(panel.control.draw(recorder));
     ASSERT_THAT(recorder.fills, SizeIs(3));
     ASSERT_THAT(recorder.strokes, SizeIs(3));
     const float middles[] = {106, 157, 306};  // 50.5 pixels from the start are rounded up
@@ -136,7 +126,7 @@ TEST_F(ModuleGradientDrawing, MarksEachKindByAnOutlineOfItsOwn) {
     for (const StopKind kind : {StopKind::Straight, StopKind::Soft, StopKind::Edge, static_cast<StopKind>(17)}) {
         GradientInPanel panel(host(), {{0.5F, kind, {1, 1, 1, 1}}});
         DrawingRecorder recorder;
-        expectGoodEvent(panel.control.draw(recorder));
+        expectGood(panel.control.draw(recorder));
         ASSERT_THAT(recorder.fills, SizeIs(1));
         std::vector<std::pair<float, float>> outline;
         for (const DRAWBOT_PointF32& corner : cornersOf(recorder.fills[0].path)) {
@@ -167,14 +157,14 @@ TEST_F(ModuleGradientDrawing, DrawsWhateverWasSaved) {
                                    {3e38F, StopKind::Soft, colour},
                                    {notANumber, StopKind::Soft, colour}});
     DrawingRecorder recorder;
-    expectGoodEvent(panel.control.draw(recorder));
+    expectGood(panel.control.draw(recorder));
     ASSERT_THAT(recorder.fills, SizeIs(2));
     EXPECT_EQ(boundsOf(recorder.fills[1].path).left, 95);
     EXPECT_EQ(boundsOf(recorder.fills[0].path).left, 307);
     EXPECT_TRUE(sameColor(recorder.fills[0].color, {0, 1, 0, 1}));
     for (const int count : {1, 2}) {
         for (const int x : {100, 206, 312})
-            expectGoodEvent(panel.control.click(x, inside, count));
+            expectGood(panel.control.click(x, inside, count));
     }
 }
 
@@ -186,7 +176,7 @@ TEST_F(ModuleGradientDrawing, DrawsIntoAnyFrame) {
           std::array{13, 27, 0, 3}, std::array{13, 28, 2, 3}}) {
         panel.control.event().effect_win.current_frame = {0, 0, width, height};
         DrawingRecorder recorder;
-        expectGoodEvent(panel.control.draw(recorder));
+        expectGood(panel.control.draw(recorder));
         EXPECT_THAT(recorder.pictures, SizeIs(pictures)) << width << " by " << height;
         EXPECT_THAT(recorder.fills, SizeIs(markers)) << width << " by " << height;
     }
@@ -196,7 +186,7 @@ TEST_F(ModuleGradientDrawing, DrawsIntoAnyFrame) {
 TEST_F(ModuleGradientDrawing, DrawsNothingWhereThereIsNothingToDrawOn) {
     GradientInPanel panel(host(), {red});
     panel.control.event().e_type = PF_Event_DRAW;
-    expectGoodEvent(panel.instance->command(PF_Cmd_EVENT, 0, &panel.control.event()));
+    expectGood(panel.instance->command(PF_Cmd_EVENT, 0, &panel.control.event()));
     EXPECT_TRUE(panel.control.handled());
 }
 

@@ -44,6 +44,14 @@ void addNoise(ModuleScene& scene, const std::string& section, double multiplier,
     scene.set(section + ".Noise.Scale", 300);
 }
 
+template <class Result>
+void expectGoodResult(const Result& result) {
+    EXPECT_EQ(result.error, PF_Err_NONE) << result.message;
+    EXPECT_EQ(result.message, "");
+    EXPECT_FALSE(result.displayError);
+    EXPECT_THAT(result.broken, testing::IsEmpty());
+}
+
 }  // namespace
 
 int parameterIndexOf(std::string_view id) {
@@ -231,10 +239,11 @@ void ModuleFixture::expectPictureAtEveryDepth(const ModuleScene& scene, const st
 }
 
 void expectGood(const FrameResult& result) {
-    EXPECT_EQ(result.error, PF_Err_NONE) << result.message;
-    EXPECT_EQ(result.message, "");
-    EXPECT_FALSE(result.displayError);
-    EXPECT_THAT(result.broken, testing::IsEmpty());
+    expectGoodResult(result);
+}
+
+void expectGood(const CommandResult& result) {
+    expectGoodResult(result);
 }
 
 void expectOutOfMemory(const FrameResult& result) {

@@ -120,8 +120,9 @@ private:
     std::unique_ptr<EffectHost> mHost;
 };
 
-// The frame has no error, and the module gave everything back.
+// There is no error and no word about one, and the module gave everything back.
 void expectGood(const FrameResult& result);
+void expectGood(const CommandResult& result);
 
 // The frame failed for want of memory or of room on the GPU: without a picture, a word of the module's, or anything
 // left out.

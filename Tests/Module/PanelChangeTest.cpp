@@ -1,12 +1,10 @@
 // What follows at once when the user changes a parameter of the panel.
 
-#include "Host/ParameterRecord.h"
 #include "Tests/Module/PanelFixture.h"
 
 namespace TessavoyHost {
 namespace {
 
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 // A parameter that hides others: which ones, for a value.
@@ -74,22 +72,17 @@ TEST_F(PanelChange, OfASwitchGivesTheHostsFirstError) {
     for (const Switch& row : switches()) {
         SCOPED_TRACE(testing::Message() << row.id << " " << row.value);
         const auto instance = instanceWith(row);
-        bool struck = true;
-        int calls = 0;
-        while (struck) {
-            host().faults().failNth(Faults::anyCall, ++calls, PF_Err_INVALID_CALLBACK);
-            const CommandResult result = change(*instance, row.id);
-            struck = host().faults().struck() > 0;
-            host().faults().clear();
-            EXPECT_THAT(result.broken, IsEmpty()) << calls;
-            EXPECT_EQ(result.message, "") << calls;
-            if (struck)
-                EXPECT_THAT(result.error, testing::AnyOf(PF_Err_INVALID_CALLBACK, PF_Err_BAD_CALLBACK_PARAM)) << calls;
-            else
-                expectGood(result);
-        }
+        FailingCommand command;
+        command.run = [&] { return change(*instance, row.id); };
+        command.expectFailed = [](const CommandResult& result, int) {
+            EXPECT_THAT(result.broken, IsEmpty());
+            EXPECT_EQ(result.message, "");
+            EXPECT_THAT(result.error, testing::AnyOf(PF_Err_INVALID_CALLBACK, PF_Err_BAD_CALLBACK_PARAM));
+        };
+        command.expectDone = [](const CommandResult& result) { expectGood(result); };
         // Four suites, and five calls a parameter.
-        EXPECT_EQ(calls - 1, 4 + 5 * static_cast<int>(row.hidden.size() + row.shown.size()));
+        EXPECT_EQ(failEachCall(host(), PF_Err_INVALID_CALLBACK, command),
+                  4 + 5 * static_cast<int>(row.hidden.size() + row.shown.size()));
     }
 }
 
@@ -122,12 +115,9 @@ TEST_F(PanelChange, OfASwitchIsLeftAloneWithoutAPluginId) {
         const auto instance = instanceWith(row);
         hideAll(*instance, true);
         PF_UserChangedParamExtra extra{parameterIndexOf(row.id)};
-        CommandContext context(host(), instance.get(), PF_Cmd_USER_CHANGED_PARAM, {});
-        context.in.global_data = nullptr;
-        ParameterArray values(context);
-        EXPECT_EQ(context.run(values.data(), nullptr, &extra), PF_Err_NONE) << row.id;
-        expectGood(context.finish());
-        EXPECT_EQ(countHidden(*instance), 996) << row.id;
+        SCOPED_TRACE(row.id);
+        expectGood(commandWithGlobalData(*instance, PF_Cmd_USER_CHANGED_PARAM, &extra, nullptr));
+        EXPECT_EQ(countHidden(*instance), 996);
     }
 }
 

@@ -1,11 +1,12 @@
 #include "Tests/Module/PanelControl.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "Host/ArbitraryCalls.h"
 #include "Host/CommandContext.h"
-#include "Host/Drawing/PanelReader.h"
 #include "Host/EffectHost.h"
+#include "Tests/Module/FailingCalls.h"
 #include "Tests/Module/ModuleFixture.h"
 
 namespace TessavoyHost {
@@ -67,16 +68,21 @@ bool sameColor(const DRAWBOT_ColorRGBA& first, const DRAWBOT_ColorRGBA& second) 
            first.alpha == second.alpha;
 }
 
-void expectGoodEvent(const CommandResult& result) {
-    EXPECT_EQ(result.error, PF_Err_NONE);
-    EXPECT_EQ(result.message, "");
-    EXPECT_THAT(result.broken, testing::IsEmpty());
+void expectFilled(EffectHost& host, const DrawingRecorder& recorder, const PF_Rect& frame) {
+    const int width = frame.right - frame.left, height = frame.bottom - frame.top;
+    ASSERT_THAT(recorder.clips, testing::SizeIs(1));
+    const auto& clip = recorder.clips[0];
+    EXPECT_EQ(std::tuple(clip.left, clip.top, clip.width, clip.height),
+              std::tuple(frame.left, frame.top, width, height));
+    ASSERT_THAT(recorder.rectangles, testing::SizeIs(1));
+    const auto& [area, color] = recorder.rectangles[0];
+    EXPECT_EQ(std::tuple(area.left, area.top, area.width, area.height),
+              std::tuple(frame.left, frame.top, width, height));
+    EXPECT_TRUE(sameColor(color, themeColorOf(host, PF_App_Color_PANEL_BACKGROUND)));
 }
 
-PanelControl::PanelControl(EffectInstance& instance, std::string_view id, const PF_Rect& frame) : mInstance(instance) {
-    mEvent.effect_win.index = parameterIndexOf(id);
-    mEvent.effect_win.area = PF_EA_CONTROL;
-    mEvent.effect_win.current_frame = frame;
+PanelControl::PanelControl(EffectInstance& instance, std::string_view id, const PF_Rect& frame)
+    : mInstance(instance), mReader(instance), mEvent(mReader.eventOf(PF_Event_DO_CLICK, parameterIndexOf(id), frame)) {
     for (const RegisteredParameter& registered : instance.host().parameters()) {
         mDefinitions.push_back(registered.definition);
         mDefinitions.back().uu.change_flags = PF_ChangeFlag_NONE;
@@ -107,33 +113,32 @@ CommandResult PanelControl::send(PF_EventType type, int x, int y) {
 }
 
 CommandResult PanelControl::draw(DrawingSurface& surface) {
-    return PanelReader(mInstance).draw(mEvent.effect_win.index, mEvent.effect_win.current_frame, surface);
+    return mReader.draw(mEvent.effect_win.index, mEvent.effect_win.current_frame, surface);
 }
 
 int PanelControl::failEachCallOf(const std::function<CommandResult()>& event) {
     constexpr PF_Err given = PF_Err_INVALID_INDEX;
-    constexpr int enough = 2000;
-    Faults& faults = mInstance.host().services().faults;
+    EffectHost& host = mInstance.host();
+    std::vector<std::byte> before;
     int failed = 0;
-    for (int call = 1; call <= enough; ++call) {
-        const auto before = flat();
-        faults.failNth(Faults::anyCall, call, given);
-        const CommandResult result = event();
-        const bool struck = faults.struck() > 0;
-        faults.clear();
-        EXPECT_THAT(result.error, testing::AnyOf(given, PF_Err_BAD_CALLBACK_PARAM, PF_Err_OUT_OF_MEMORY, PF_Err_NONE))
-            << call;
-        EXPECT_THAT(result.broken, testing::IsEmpty()) << call;
-        EXPECT_EQ(mInstance.host().services().handles.locks(handle()), 0) << call;
-        if (result.error != PF_Err_NONE) {
-            ++failed;
-            EXPECT_TRUE(untouched()) << call;
-            EXPECT_EQ(flat(), before) << call;
-        }
-        if (!struck)
-            return failed;
-    }
-    ADD_FAILURE() << "an event of more than " << enough << " host calls";
+    FailingCommand command;
+    command.prepare = [&] { before = flat(); };
+    command.run = event;
+    command.expectFailed = [&](const CommandResult& result, int) {
+        EXPECT_THAT(result.error, testing::AnyOf(given, PF_Err_BAD_CALLBACK_PARAM, PF_Err_OUT_OF_MEMORY, PF_Err_NONE));
+        EXPECT_THAT(result.broken, testing::IsEmpty());
+        EXPECT_EQ(host.services().handles.locks(handle()), 0);
+        if (result.error == PF_Err_NONE)
+            return;
+        ++failed;
+        EXPECT_TRUE(untouched());
+        EXPECT_EQ(flat(), before);
+    };
+    command.expectDone = [&](const CommandResult& result) {
+        expectGood(result);
+        EXPECT_EQ(host.services().handles.locks(handle()), 0);
+    };
+    failEachCall(host, given, command);
     return failed;
 }
 

@@ -6,9 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Host/Drawing/DrawingSurface.h"
-#include "Host/EffectInstance.h"
-#include "HostInterface/Events.h"
+#include "Host/Drawing/PanelReader.h"
 
 namespace TessavoyHost {
 
@@ -61,10 +59,11 @@ DRAWBOT_ColorRGBA themeColorOf(EffectHost& host, PF_AppColorValue color);
 
 bool sameColor(const DRAWBOT_ColorRGBA& first, const DRAWBOT_ColorRGBA& second);
 
-// The event went well, and everything that was lent came back.
-void expectGoodEvent(const CommandResult& result);
+// The drawing fills a frame with the panel's background and stays in it.
+void expectFilled(EffectHost& host, const DrawingRecorder& recorder, const PF_Rect& frame);
 
-// A control of arbitrary data in an instance's panel, and the mouse upon it. The instance's own value is edited.
+// A control of arbitrary data in an instance's panel, and the mouse upon it, event by event; what a user does as a
+// whole is PanelUser's. The control stands where the test wants it, and the instance's own value is edited.
 class PanelControl {
 public:
     // The instance must outlive it. id: of the parameter. frame: of the control, pixels of the panel.
@@ -99,9 +98,10 @@ private:
     CommandResult send(PF_EventType type, int x, int y);
 
     EffectInstance& mInstance;
+    PanelReader mReader;
     std::vector<PF_ParamDef> mDefinitions;  // of all parameters, by index
     std::vector<PF_ParamDef*> mPointers;
-    PF_EventExtra mEvent{};
+    PF_EventExtra mEvent;
 };
 
 // An instance with a saved value in one of its parameters, and that parameter's control.

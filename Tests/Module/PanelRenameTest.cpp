@@ -1,52 +1,27 @@
 // Giving names to custom slots.
 
-#include <nlohmann/json.hpp>
-
-#include <cstring>
-
 #include "Tests/Module/PanelFixture.h"
+#include "Tests/Support/CustomKinds.h"
+#include "Tests/Support/DialogTexts.h"
 
 namespace TessavoyHost {
 namespace {
 
+using Tessavoy::Testing::customKinds;
 using testing::AnyOf;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
-using Names = std::map<std::int32_t, std::string>;
+using Names = SlotNames;
 
 constexpr const char* tooLong = "Failed to rename the parameter: The name must be shorter then 31.";
 constexpr const char* inUse = "Failed to rename the parameter: The name already in use by other parameter.";
 
-// The script of the dialog for an escaped name.
-std::string dialogWith(const std::string& name) {
-    return "\nvar w = new Window(\"dialog\", \"Assign The Name\")\nw.orientation = \"column\"\n"
-           "var e = w.add('edittext {properties: {multiline: false}}')\ne.alignment = [ \"fill\", \"fill\" ]\n"
-           "e.textselection = '" +
-           name +
-           "';\nvar p = w.add('panel')\np.orientation = 'row'\np.alignment = [ \"fill\", \"fill\" ]\n"
-           "p.add(\"button\", undefined, \"OK\")\np.add(\"button\", undefined, \"Cancel\")\nw.layout.layout()\n"
-           "e.active = true;\n\n// onResize needed on Mac OS X\n"
-           "w.onResizing = w.onResize = function() { this.layout.resize(); }\nvar result = w.show()\n"
-           "result + e.text;\n";
-}
-
 class PanelRename : public PanelFixture {
 protected:
-    std::unique_ptr<EffectInstance> instanceNaming(const Names& names) {
-        ModuleScene scene = fourSquaresScene();
-        scene.project.slotNames = names;
-        return instanceOf(scene);
-    }
-
     // The names that the instance would save.
     static Names namesOf(EffectInstance& instance) {
-        const std::vector<std::byte> flat = instance.flattenedSequenceData();
-        std::uint32_t scriptSize = 0;
-        std::memcpy(&scriptSize, flat.data() + 16, sizeof scriptSize);
-        const std::string text = reinterpret_cast<const char*>(flat.data()) + 24 + scriptSize;
-        return text.empty() ? Names() : nlohmann::json::parse(text)["paramNames"].get<Names>();
+        return readSequenceBlock(instance.flattenedSequenceData()).value().names;
     }
 
     // Presses a slot's button and answers with OK and a name.
@@ -82,30 +57,19 @@ TEST_F(PanelRename, StoresTheNameAndShowsIt) {
     expectRenamed(rename(*instance, "Color.Rename3", "Sky"));
     EXPECT_EQ(namesOf(*instance), (Names{{318, "Sky"}}));
     EXPECT_EQ(itemOf(*instance, "Color.Custom3").name, "Color 3 (Sky)");
-    EXPECT_THAT(shownScripts, ElementsAre(dialogWith("")));
+    EXPECT_THAT(shownScripts, ElementsAre(renameDialog("")));
 }
 
 // The name of a slot that is a group stands at the group's start.
 TEST_F(PanelRename, ReachesEverySlotOfEveryKind) {
-    struct Kind {
-        const char* prefix;
-        const char* suffix;
-        const char* label;
-        std::int32_t firstDiskId;
-        std::int32_t step;
-    };
     const auto instance = instanceNaming({});
     Names expected;
-    for (const Kind& kind :
-         {Kind{"Float", "", "Slider", 304, 1}, Kind{"Color", "", "Color", 316, 1}, Kind{"Layer", "", "Layer", 328, 1},
-          Kind{"Noise", ".GroupBegin", "Noise", 404, 14}, Kind{"Random", ".GroupBegin", "Random", 546, 5},
-          Kind{"Ramp", "", "Ramp", 846, 1}, Kind{"Gradient", "", "Gradient", 858, 1}, Kind{"Path", "", "Path", 870, 1},
-          Kind{"Point2D", "", "Point 2D", 882, 1}, Kind{"Point3D", "", "Point 3D", 894, 1}}) {
+    for (const auto& kind : customKinds) {
         for (int slot = 1; slot <= 10; ++slot) {
             const std::string number = std::to_string(slot), name = "n" + number;
             const std::string button = kind.prefix + std::string(".Rename") + number;
             expectRenamed(rename(*instance, button.c_str(), name));
-            expected[kind.firstDiskId + (slot - 1) * kind.step] = name;
+            expected[kind.firstDiskId + (slot - 1) * kind.diskIdStep] = name;
             EXPECT_EQ(itemOf(*instance, kind.prefix + std::string(".Custom") + number + kind.suffix).name,
                       kind.label + std::string(" ") + number + " (" + name + ")");
         }
@@ -204,7 +168,7 @@ TEST_F(PanelRename, ShowsAndTakesNamesOfAllCharacters) {
           Name{"2", "2"}}) {
         shownScripts.clear();
         expectRenamed(rename(*instance, "Ramp.Rename2", row.name));
-        EXPECT_THAT(shownScripts, ElementsAre(dialogWith(before)));
+        EXPECT_THAT(shownScripts, ElementsAre(renameDialog(before)));
         EXPECT_EQ(namesOf(*instance), (Names{{847, row.name}}));
         EXPECT_EQ(itemOf(*instance, "Ramp.Custom2").name, "Ramp 2 (" + row.name + ")");
         before = row.escaped;
@@ -236,29 +200,24 @@ TEST_F(PanelRename, LetsScriptsUseTheName) {
 
 // Every call in turn: its error is the command's, without a message, and everything lent comes back.
 TEST_F(PanelRename, AHostCallThatFailsEndsItWithItsError) {
-    bool struck = true;
-    int calls = 0;
-    while (struck) {
-        const auto instance = instanceNaming({{304, "Speed"}});
+    std::unique_ptr<EffectInstance> instance;
+    FailingCommand command;
+    command.prepare = [&] {
+        instance = instanceNaming({{304, "Speed"}});
         answerDialogs("1Tempo");
-        host().faults().failNth(Faults::anyCall, ++calls, PF_Err_INVALID_INDEX);
-        const CommandResult result = change(*instance, "Float.Rename1");
-        struck = host().faults().struck() > 0;
-        host().faults().clear();
-        SCOPED_TRACE(calls);
+    };
+    command.run = [&] { return change(*instance, "Float.Rename1"); };
+    command.expectFailed = [](const CommandResult& result, int) {
         EXPECT_THAT(result.broken, IsEmpty());
         EXPECT_EQ(result.message, "");
-        if (struck) {
-            EXPECT_THAT(result.error, AnyOf(PF_Err_INVALID_INDEX, PF_Err_BAD_CALLBACK_PARAM));
-            EXPECT_EQ(result.out.out_flags, 0);
-            EXPECT_FALSE(result.projectDirty);
-        } else {
-            expectRenamed(result);
-        }
-    }
+        EXPECT_THAT(result.error, AnyOf(PF_Err_INVALID_INDEX, PF_Err_BAD_CALLBACK_PARAM));
+        EXPECT_EQ(result.out.out_flags, 0);
+        EXPECT_FALSE(result.projectDirty);
+    };
+    command.expectDone = expectRenamed;
     // The memory and the utility suite; the dialog, lock, unlock, free; four suites; effect, stream, name, lock,
     // unlock, free, new name, two disposals; the application's suite and its call.
-    EXPECT_EQ(calls - 1, 2 + 4 + 4 + 9 + 2);
+    EXPECT_EQ(failEachCall(host(), PF_Err_INVALID_INDEX, command), 2 + 4 + 4 + 9 + 2);
 }
 
 // A failure of the dialog comes before anything is changed.
@@ -278,13 +237,9 @@ TEST_F(PanelRename, NeedsThePluginId) {
     const auto instance = instanceNaming({});
     answerDialogs("1Tempo");
     PF_UserChangedParamExtra extra{parameterIndexOf("Float.Rename1")};
-    CommandContext context(host(), instance.get(), PF_Cmd_USER_CHANGED_PARAM, {});
-    context.in.global_data = nullptr;
-    EXPECT_EQ(context.run(nullptr, nullptr, &extra), PF_Err_INTERNAL_STRUCT_DAMAGED);
-    const CommandResult result = context.finish();
-    EXPECT_EQ(result.message, "Failed to get global data while constructing an AEGP effect");
+    const CommandResult result = commandWithGlobalData(*instance, PF_Cmd_USER_CHANGED_PARAM, &extra, nullptr);
+    expectNoPluginId(result);
     EXPECT_THAT(result.broken, IsEmpty());
-    EXPECT_THAT(shownScripts, IsEmpty());
 }
 
 // The editing host's panel isn't arranged, but its buttons do what they say.
@@ -301,9 +256,9 @@ TEST_F(PanelRename, NeedsSequenceData) {
     const auto instance = instanceNaming({});
     answerDialogs("1Tempo");
     PF_UserChangedParamExtra extra{parameterIndexOf("Float.Rename1")};
-    CommandContext context(host(), instance.get(), PF_Cmd_USER_CHANGED_PARAM, {});
-    EXPECT_EQ(context.run(nullptr, nullptr, &extra), PF_Err_INTERNAL_STRUCT_DAMAGED);
-    EXPECT_THAT(context.finish().broken, IsEmpty());
+    const CommandResult result = commandWithoutSequenceData(*instance, PF_Cmd_USER_CHANGED_PARAM, &extra);
+    EXPECT_EQ(result.error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_THAT(result.broken, IsEmpty());
     EXPECT_EQ(shownScripts.size(), 1u);
     EXPECT_EQ(itemOf(*instance, "Float.Custom1").name, "Slider 1");
 }

@@ -1,16 +1,11 @@
 // Editing the script by a click on its control. What the dialog itself shows is tested with its class.
 
-#include <cstring>
-
-#include "Host/Drawing/PanelReader.h"
 #include "Tests/Module/PanelFixture.h"
 
 namespace TessavoyHost {
 namespace {
 
-using testing::AnyOf;
 using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -19,26 +14,6 @@ constexpr PF_OutFlags rerenderAndRefresh = 0x420000;
 
 class PanelScript : public PanelFixture {
 protected:
-    std::unique_ptr<EffectInstance> instanceWith(const std::string& script) {
-        ModuleScene scene = fourSquaresScene();
-        scene.project.script = script;
-        return instanceOf(scene);
-    }
-
-    // The script that the instance would save.
-    static std::string scriptOf(EffectInstance& instance) {
-        return reinterpret_cast<const char*>(instance.flattenedSequenceData().data()) + 24;
-    }
-
-    static std::vector<std::string> drawnBy(EffectInstance& instance) {
-        TextRecorder recorder;
-        expectGood(PanelReader(instance).draw(parameterIndexOf("Script"), {0, 0, 150, 150}, recorder));
-        std::vector<std::string> lines;
-        for (const DrawnText& text : recorder.texts())
-            lines.push_back(text.text);
-        return lines;
-    }
-
     static void expectChanged(const CommandResult& result) {
         expectGood(result);
         EXPECT_TRUE(result.projectDirty);
@@ -54,7 +29,7 @@ protected:
 };
 
 TEST_F(PanelScript, OkStoresANewText) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     answerDialogs("1y = 2");
     expectChanged(click(*instance));
     EXPECT_EQ(scriptOf(*instance), "y = 2");
@@ -63,7 +38,7 @@ TEST_F(PanelScript, OkStoresANewText) {
 }
 
 TEST_F(PanelScript, OkWithNothingClearsTheScript) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     answerDialogs("1");
     expectChanged(click(*instance));
     EXPECT_EQ(scriptOf(*instance), "");
@@ -71,7 +46,7 @@ TEST_F(PanelScript, OkWithNothingClearsTheScript) {
 
 TEST_F(PanelScript, OkWithTheSameTextChangesNothing) {
     for (const char* script : {"", "x = 1", "x = \"a\"\n-- it's\t\xC3\xBC"}) {
-        const auto instance = instanceWith(script);
+        const auto instance = instanceWithScript(script);
         answerDialogs(std::string("1") + script);
         expectUnchanged(click(*instance));
         EXPECT_EQ(scriptOf(*instance), script);
@@ -79,7 +54,7 @@ TEST_F(PanelScript, OkWithTheSameTextChangesNothing) {
 }
 
 TEST_F(PanelScript, CancelNeverChangesTheScript) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     for (const char* answer : {"2", "2x = 1", "2y = 2", ""}) {
         answerDialogs(answer);
         expectUnchanged(click(*instance));
@@ -89,7 +64,7 @@ TEST_F(PanelScript, CancelNeverChangesTheScript) {
 
 // Escaped, but for the single quote, which ends the dialog's own string.
 TEST_F(PanelScript, PutsTheScriptIntoTheDialog) {
-    const auto instance = instanceWith("x = \"a\"\r\ny = 'b' -- \\ \f\v \xC3\xBC %s");
+    const auto instance = instanceWithScript("x = \"a\"\r\ny = 'b' -- \\ \f\v \xC3\xBC %s");
     answerDialogs("2");
     expectUnchanged(click(*instance));
     ASSERT_EQ(shownScripts.size(), 1u);
@@ -100,18 +75,19 @@ TEST_F(PanelScript, PutsTheScriptIntoTheDialog) {
 // In place of the script until one compiles.
 TEST_F(PanelScript, ShowsTheErrorUntilAScriptCompiles) {
     constexpr const char* hint = "Click on the text to edit the Lua script.";
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     answerDialogs("1y = =");
     expectChanged(click(*instance));
-    EXPECT_THAT(drawnBy(*instance), ElementsAre(hint, "Error:", "[string \"script\"]:3: unexpected symbol near '='"));
+    EXPECT_THAT(linesDrawnBy(*instance),
+                ElementsAre(hint, "Error:", "[string \"script\"]:3: unexpected symbol near '='"));
     EXPECT_EQ(scriptOf(*instance), "y = =") << "it is stored all the same";
     answerDialogs("1y = 2");
     expectChanged(click(*instance));
-    EXPECT_THAT(drawnBy(*instance), ElementsAre(hint, "y = 2"));
+    EXPECT_THAT(linesDrawnBy(*instance), ElementsAre(hint, "y = 2"));
 }
 
 TEST_F(PanelScript, IsWhatTheNextFrameRuns) {
-    const auto instance = instanceWith("");
+    const auto instance = instanceWithScript("");
     expectPicture(instance->renderFrame({}).output, fourSquares());
     answerDialogs("1r = 0 b = 0");
     expectChanged(click(*instance));
@@ -122,7 +98,7 @@ TEST_F(PanelScript, IsWhatTheNextFrameRuns) {
 // keeps the answer's text is as large as the answer, 8 bytes, and one address.
 TEST_F(PanelScript, IsShownOutOfABlockOfTheToldSize) {
     host({.rubbishInFreshMemory = true});
-    const auto instance = instanceWith("x = 1\n");
+    const auto instance = instanceWithScript("x = 1\n");
     std::vector<std::string> lent;
     host().services().hooks.runScript = [&](const std::string&) {
         lent = CommandContext::current()->ledger.outstanding();
@@ -136,38 +112,68 @@ TEST_F(PanelScript, IsShownOutOfABlockOfTheToldSize) {
 TEST_F(PanelScript, TakesScriptsOfAnyLength) {
     host({.rubbishInFreshMemory = true});
     const std::string longScript = "x = 1 -- " + std::string(200000, '"');
-    const auto instance = instanceWith(longScript);
+    const auto instance = instanceWithScript(longScript);
     answerDialogs("1" + longScript + "x");
     expectChanged(click(*instance));
     EXPECT_EQ(scriptOf(*instance), longScript + "x");
 }
 
-// Every call in turn. What fails before the text is there leaves the script; everything lent comes back. Where there is
-// no memory to compile in, the host's error value leaves the module as an exception, which the host notes.
+// A host call of a click that stores a text: what the event ends with when it fails, and the script that is then kept.
+struct CallOfClick {
+    const char* name;
+    PF_Err error;
+    const char* script = "x = 1";
+    bool isCompiling = false;
+};
+
+// Every call in turn, in their order; everything lent comes back. What fails before the text is there leaves the
+// script. Where there is no memory to compile in, the host's error value leaves the module as an exception, which the
+// host notes.
 TEST_F(PanelScript, AHostCallThatFailsEndsTheEventWithItsError) {
-    bool struck = true;
-    int calls = 0;
-    for (; struck; ++calls) {
-        const auto instance = instanceWith("x = 1");
+    constexpr PF_Err given = PF_Err_INVALID_INDEX;
+    const std::vector<CallOfClick> calls = {
+        {"the answer's memory suite", PF_Err_BAD_CALLBACK_PARAM},
+        {"the dialog's handle suite", PF_Err_BAD_CALLBACK_PARAM},
+        {"its handle", PF_Err_INTERNAL_STRUCT_DAMAGED},
+        {"its lock", PF_Err_OUT_OF_MEMORY},
+        {"the suite that formats", PF_Err_BAD_CALLBACK_PARAM},
+        {"the suite that runs scripts", PF_Err_BAD_CALLBACK_PARAM},
+        {"the dialog", given},
+        {"the answer's lock", given},
+        {"its size", given},
+        {"the text's handle", PF_Err_OUT_OF_MEMORY},
+        {"its lock", PF_Err_OUT_OF_MEMORY},
+        {"unlocking the answer", given},
+        {"freeing it", given},
+        {"the application's suite", PF_Err_BAD_CALLBACK_PARAM},
+        {"marking the project", given, "y = 2"},
+        {"the compiler's handle", PF_Err_OUT_OF_MEMORY, "y = 2", true},
+        {"its lock", PF_Err_OUT_OF_MEMORY, "y = 2", true},
+    };
+    std::unique_ptr<EffectInstance> instance;
+    FailingCommand command;
+    command.prepare = [&] {
+        instance = instanceWithScript("x = 1");
         answerDialogs("1y = 2");
-        host().faults().failNth(Faults::anyCall, calls + 1, PF_Err_INVALID_INDEX);
-        const CommandResult result = click(*instance);
-        struck = host().faults().struck() > 0;
-        host().faults().clear();
-        SCOPED_TRACE(calls + 1);
-        EXPECT_THAT(result.broken, Each(HasSubstr("an error value left the module as an exception: 4")));
+    };
+    command.run = [&] { return click(*instance); };
+    command.expectFailed = [&](const CommandResult& result, int failed) {
+        const CallOfClick& call = calls.at(static_cast<std::size_t>(failed) - 1);
+        SCOPED_TRACE(call.name);
+        EXPECT_EQ(result.error, call.error);
         EXPECT_EQ(result.message, "");
-        if (struck)
-            EXPECT_THAT(result.error, AnyOf(PF_Err_INVALID_INDEX, PF_Err_BAD_CALLBACK_PARAM, PF_Err_OUT_OF_MEMORY,
-                                            PF_Err_INTERNAL_STRUCT_DAMAGED));
+        EXPECT_EQ(scriptOf(*instance), call.script);
+        if (call.isCompiling)
+            EXPECT_THAT(result.broken, ElementsAre(HasSubstr("an error value left the module as an exception: 4")));
         else
-            expectChanged(result);
-    }
-    EXPECT_GE(calls - 1, 15);
+            EXPECT_THAT(result.broken, IsEmpty());
+    };
+    command.expectDone = expectChanged;
+    EXPECT_EQ(failEachCall(host(), given, command), static_cast<int>(calls.size()));
 }
 
 TEST_F(PanelScript, AFailureBeforeTheTextLeavesTheScript) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     answerDialogs("1y = 2");
     for (const char* call : {"AEGP_ExecuteScript", "AEGP_LockMemHandle", "AEGP_GetMemHandleSize"}) {
         host().faults().failNth(call, 1, PF_Err_INVALID_INDEX);
@@ -182,7 +188,7 @@ TEST_F(PanelScript, AFailureBeforeTheTextLeavesTheScript) {
 
 // The text came out, so the project counts as changed; the script stays.
 TEST_F(PanelScript, AFailureAfterTheTextStoresNothing) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     answerDialogs("1y = 2");
     for (const char* call : {"AEGP_UnlockMemHandle", "AEGP_FreeMemHandle"}) {
         host().faults().failNth(call, 1, PF_Err_INVALID_INDEX);
@@ -197,7 +203,7 @@ TEST_F(PanelScript, AFailureAfterTheTextStoresNothing) {
 }
 
 TEST_F(PanelScript, IsStoredAlsoWhereTheProjectCannotBeMarked) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     answerDialogs("1y = 2");
     host().faults().failNth("PF_SetProjectDirty", 1, PF_Err_INVALID_INDEX);
     const CommandResult result = click(*instance);
@@ -208,14 +214,11 @@ TEST_F(PanelScript, IsStoredAlsoWhereTheProjectCannotBeMarked) {
 }
 
 TEST_F(PanelScript, NeedsSequenceDataToStoreIn) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     answerDialogs("1y = 2");
-    PF_EventExtra event{};
-    event.e_type = PF_Event_DO_CLICK;
-    event.effect_win.index = parameterIndexOf("Script");
-    CommandContext context(host(), instance.get(), PF_Cmd_EVENT, {});
-    EXPECT_EQ(context.run(nullptr, nullptr, &event), PF_Err_INTERNAL_STRUCT_DAMAGED);
-    const CommandResult result = context.finish();
+    PF_EventExtra event = clickOnScript();
+    const CommandResult result = commandWithoutSequenceData(*instance, PF_Cmd_EVENT, &event);
+    EXPECT_EQ(result.error, PF_Err_INTERNAL_STRUCT_DAMAGED);
     EXPECT_TRUE(result.projectDirty);
     EXPECT_THAT(result.broken, IsEmpty());
     ASSERT_EQ(shownScripts.size(), 1u);
@@ -223,22 +226,16 @@ TEST_F(PanelScript, NeedsSequenceDataToStoreIn) {
 }
 
 TEST_F(PanelScript, NeedsThePluginId) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     answerDialogs("1y = 2");
-    PF_EventExtra event{};
-    event.e_type = PF_Event_DO_CLICK;
-    event.effect_win.index = parameterIndexOf("Script");
-    CommandContext context(host(), instance.get(), PF_Cmd_EVENT, {});
-    context.in.global_data = nullptr;
-    EXPECT_EQ(context.run(nullptr, nullptr, &event), PF_Err_INTERNAL_STRUCT_DAMAGED);
-    const CommandResult result = context.finish();
-    EXPECT_EQ(result.message, "Failed to get global data while constructing an AEGP effect");
+    PF_EventExtra event = clickOnScript();
+    const CommandResult result = commandWithGlobalData(*instance, PF_Cmd_EVENT, &event, nullptr);
+    expectNoPluginId(result);
     EXPECT_THAT(result.broken, IsEmpty());
-    EXPECT_THAT(shownScripts, IsEmpty());
 }
 
 TEST_F(PanelScript, NeedsAHostThatRunsScripts) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     const CommandResult result = click(*instance);
     EXPECT_EQ(result.error, PF_Err_INVALID_CALLBACK);
     EXPECT_EQ(result.message, "");

@@ -1,15 +1,16 @@
 // How the panel follows its settings.
 
 #include <array>
-#include <functional>
 #include <set>
+#include <utility>
 
-#include "Host/ParameterRecord.h"
 #include "Tests/Module/PanelFixture.h"
+#include "Tests/Support/CustomKinds.h"
 
 namespace TessavoyHost {
 namespace {
 
+using Tessavoy::Testing::customKinds;
 using testing::IsEmpty;
 
 // The settings that decide what is shown.
@@ -90,22 +91,13 @@ constexpr std::array<Row, 29> rows = {{
     {"SortByZ", withCamera},
 }};
 
-// Every combination of the settings.
+// Every combination of the settings: 2 * 2 * 3 * 2 * 2.
 std::vector<Settings> allSettings() {
     std::vector<Settings> all;
-    for (const bool cam : {false, true}) {
-        for (const int type : {1, 2}) {
-            for (const int split : {1, 2, 3}) {
-                for (const bool seq : {false, true})
-                    all.push_back({cam, type, split, seq, 1 + static_cast<int>(all.size()) % 2});
-            }
-        }
-    }
+    for (int number = 0; number < 48; ++number)
+        all.push_back({number % 2 == 1, 1 + number / 2 % 2, 1 + number / 4 % 3, number / 12 % 2 == 1, 1 + number / 24});
     return all;
 }
-
-constexpr std::array<const char*, 10> kinds = {"Float", "Color",    "Layer", "Noise",   "Random",
-                                               "Ramp",  "Gradient", "Path",  "Point2D", "Point3D"};
 
 std::string buttonId(const std::string& kind, int slot) {
     return kind + ".Rename" + std::to_string(slot);
@@ -122,10 +114,10 @@ protected:
     }
 
     // The panel as it is, by index.
-    std::vector<PanelState::Item> panelOf(const EffectInstance& instance) {
-        std::vector<PanelState::Item> items;
-        for (int index = 0; index < static_cast<int>(host().parameters().size()); ++index)
-            items.push_back(instance.panel().at(index));
+    static std::vector<std::pair<std::string, bool>> panelOf(const EffectInstance& instance) {
+        std::vector<std::pair<std::string, bool>> items;
+        for (int index = 0; index <= 996; ++index)
+            items.emplace_back(instance.panel().at(index).name, instance.panel().at(index).hidden);
         return items;
     }
 
@@ -135,12 +127,6 @@ protected:
             EXPECT_EQ(instance.panel().at(index).name, registered.name) << index;
             EXPECT_EQ(instance.panel().at(index).hidden, (registered.ui_flags & PF_PUI_INVISIBLE) != 0) << index;
         }
-    }
-
-    std::unique_ptr<EffectInstance> instanceNaming(const std::map<std::int32_t, std::string>& names) {
-        ModuleScene scene = fourSquaresScene();
-        scene.project.slotNames = names;
-        return instanceOf(scene);
     }
 };
 
@@ -154,11 +140,16 @@ TEST_F(PanelUpdate, ShowsAndHidesBySettings) {
     }
 }
 
-TEST_F(PanelUpdate, ShowsTheDepthSettingsForTheZBuffer) {
-    for (const int out : {1, 2}) {
-        const auto instance = instanceOf(sceneWith({.out = out}));
+// What the camera decides goes and comes back with it.
+TEST_F(PanelUpdate, FollowsTheCameraAsItIsSwitched) {
+    Settings settings = {.cam = true};
+    const auto instance = instanceOf(sceneWith(settings));
+    for (const bool cam : {true, false, true, false}) {
+        SCOPED_TRACE(cam);
+        settings.cam = cam;
+        instance->values().set(parameterIndexOf("UseCompCamera"), 0, cam ? 1.0 : 0.0);
         expectGood(update(*instance));
-        EXPECT_EQ(isShown(*instance, "OutputZDepthGroupBegin"), out == 2);
+        expectRows(*instance, settings);
     }
 }
 
@@ -167,9 +158,9 @@ TEST_F(PanelUpdate, LeavesOtherParametersAsTheyAre) {
     std::set<int> concerned;
     for (const Row& row : rows)
         concerned.insert(parameterIndexOf(row.id));
-    for (const char* kind : kinds) {
+    for (const auto& kind : customKinds) {
         for (int slot = 1; slot <= 10; ++slot)
-            concerned.insert(parameterIndexOf(buttonId(kind, slot)));
+            concerned.insert(parameterIndexOf(buttonId(kind.prefix, slot)));
     }
     const auto instance = instanceOf(sceneWith({.cam = true, .type = 2, .seq = true, .out = 2}));
     for (const bool hidden : {true, false}) {
@@ -195,9 +186,9 @@ TEST_F(PanelUpdate, GoesThroughThePanelInOrder) {
     std::vector<Step> steps;
     for (const Row& row : rows)
         steps.push_back({parameterIndexOf(row.id), !row.shown(settings)});
-    for (const char* kind : kinds) {
+    for (const auto& kind : customKinds) {
         for (int slot = 1; slot <= 10; ++slot)
-            steps.push_back({parameterIndexOf(buttonId(kind, slot)), true});
+            steps.push_back({parameterIndexOf(buttonId(kind.prefix, slot)), true});
     }
     const auto instance = instanceOf(sceneWith(settings));
     for (std::size_t failing = 0; failing < steps.size(); ++failing) {
@@ -269,14 +260,16 @@ TEST_F(PanelUpdate, WidensWhatSwitchesNarrowed) {
 }
 
 TEST_F(PanelUpdate, ShowsTheRenameButtonsOfEachKindByItsSwitch) {
-    for (const char* chosen : kinds) {
+    for (const auto& chosen : customKinds) {
         ModuleScene scene = fourSquaresScene();
-        scene.set(std::string(chosen) + ".ShowRenameButtons", 1);
+        scene.set(std::string(chosen.prefix) + ".ShowRenameButtons", 1);
         const auto instance = instanceOf(scene);
         expectGood(update(*instance));
-        for (const std::string kind : kinds) {
-            for (int slot = 1; slot <= 10; ++slot)
-                EXPECT_EQ(isShown(*instance, buttonId(kind, slot)), kind == chosen) << buttonId(kind, slot);
+        for (const auto& kind : customKinds) {
+            for (int slot = 1; slot <= 10; ++slot) {
+                const std::string id = buttonId(kind.prefix, slot);
+                EXPECT_EQ(isShown(*instance, id), &kind == &chosen) << id;
+            }
         }
     }
 }
@@ -319,30 +312,27 @@ TEST_F(PanelUpdate, RenamesOnlyWhatDiffers) {
     EXPECT_EQ(update(*instance).error, PF_Err_INVALID_INDEX);
 }
 
-// Every call of an update in turn: its error is the command's, and everything that was lent comes back.
+// Every call of an update in turn: its error is the command's, and everything that was lent comes back. In the end the
+// panel is as if nothing had failed.
 TEST_F(PanelUpdate, AHostCallThatFailsEndsItWithItsError) {
     const auto instance = instanceNaming({{304, "Speed"}});
-    const std::vector<PanelState::Item> before = panelOf(*instance);
-    bool struck = true;
-    int calls = 0;
-    while (struck) {
+    expectGood(update(*instance));
+    const auto updated = panelOf(*instance);
+    FailingCommand command;
+    command.prepare = [&] {
         instance->panel().rename(parameterIndexOf("Float.Custom1"), "Slider 1");
         instance->panel().rename(parameterIndexOf("Rotation"), "Another");
-        host().faults().failNth(Faults::anyCall, ++calls, PF_Err_INVALID_CALLBACK);
-        const CommandResult result = update(*instance);
-        struck = host().faults().struck() > 0;
-        host().faults().clear();
-        ASSERT_THAT(result.broken, IsEmpty()) << calls;
-        if (!struck)
-            expectGood(result);
-        else
-            ASSERT_THAT(result.error, testing::AnyOf(PF_Err_INVALID_CALLBACK, PF_Err_BAD_CALLBACK_PARAM)) << calls;
-    }
+    };
+    command.run = [&] { return update(*instance); };
+    command.expectFailed = [](const CommandResult& result, int) {
+        EXPECT_THAT(result.broken, IsEmpty());
+        EXPECT_THAT(result.error, testing::AnyOf(PF_Err_INVALID_CALLBACK, PF_Err_BAD_CALLBACK_PARAM));
+    };
+    command.expectDone = [](const CommandResult& result) { expectGood(result); };
     // For each of 129 parameters five calls, for each of two labels eight without and one for a new name, for one slot
     // one; and six suites.
-    EXPECT_EQ(calls - 1, 129 * 5 + 2 * 8 + 1 + 1 + 6);
-    EXPECT_EQ(itemOf(*instance, "Float.Custom1").name, "Slider 1 (Speed)");
-    EXPECT_EQ(before.size(), 997u);
+    EXPECT_EQ(failEachCall(host(), PF_Err_INVALID_CALLBACK, command), 129 * 5 + 2 * 8 + 1 + 1 + 6);
+    EXPECT_EQ(panelOf(*instance), updated);
 }
 
 TEST_F(PanelUpdate, WithoutASuiteEndsAsAMissingSuite) {
@@ -378,11 +368,7 @@ TEST_F(PanelUpdate, LeavesThePanelWithoutAPluginId) {
     const auto instance = instanceOf(sceneWith({.cam = true, .type = 2, .out = 2}));
     void* none = nullptr;
     for (const PF_Handle missing : {PF_Handle{nullptr}, PF_Handle{&none}}) {
-        CommandContext context(host(), instance.get(), PF_Cmd_UPDATE_PARAMS_UI, {});
-        context.in.global_data = missing;
-        ParameterArray values(context);
-        EXPECT_EQ(context.run(values.data()), PF_Err_NONE);
-        const CommandResult result = context.finish();
+        const CommandResult result = commandWithGlobalData(*instance, PF_Cmd_UPDATE_PARAMS_UI, nullptr, missing);
         expectGood(result);
         EXPECT_EQ(result.out.out_flags, 0);
         expectAsRegistered(*instance);

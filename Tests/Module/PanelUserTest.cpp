@@ -6,7 +6,7 @@
 
 #include "Host/ArbitraryCalls.h"
 #include "Host/HostError.h"
-#include "Tests/Module/ModuleFixture.h"
+#include "Tests/Module/PanelFixture.h"
 #include "Tests/Support/FlatBytes.h"
 
 // The module's controls and parameters under the hands of a user.
@@ -21,7 +21,7 @@ using testing::IsEmpty;
 
 constexpr int margin = 6;  // of the track in a control's frame, on each side
 
-class ModulePanelUser : public ModuleFixture {
+class ModulePanelUser : public PanelFixture {
 protected:
     void TearDown() override {
         mUser.reset();
@@ -66,13 +66,8 @@ protected:
         EXPECT_GT(action.redraws, 0);
     }
 
-    void answerDialogs(const std::string& answer) {
-        host().services().hooks.runScript = [answer](const std::string&) { return answer; };
-    }
-
     UserAction change(const char* id, double value) { return user().change(parameterIndexOf(id), value); }
-    bool isHidden(const char* id) { return instance().panel().at(parameterIndexOf(id)).hidden; }
-    std::string labelOf(const char* id) { return instance().panel().at(parameterIndexOf(id)).name; }
+    std::string labelOf(const char* id) { return itemOf(instance(), id).name; }
 
     ModuleScene scene = fourSquaresScene();
 
@@ -155,22 +150,19 @@ TEST_F(ModulePanelUser, EditsTheScriptByAClick) {
     EXPECT_TRUE(action.projectDirty);
     EXPECT_TRUE(action.rerender);
     EXPECT_THAT(action.broken, IsEmpty());
-    std::vector<std::string> lines;
-    for (const DrawnText& text : PanelReader(instance()).textsOf(parameterIndexOf("Script")))
-        lines.push_back(text.text);
-    EXPECT_THAT(lines, Contains("y = 2"));
+    EXPECT_THAT(linesDrawnBy(instance()), Contains("y = 2"));
 }
 
 TEST_F(ModulePanelUser, ThePanelFollowsTheCamera) {
     EXPECT_EQ(user().look().error, PF_Err_NONE);
-    EXPECT_TRUE(isHidden("CenterZ"));
-    EXPECT_TRUE(isHidden("InstanceRotation3DX.GroupBegin"));
+    EXPECT_FALSE(isShown(instance(), "CenterZ"));
+    EXPECT_FALSE(isShown(instance(), "InstanceRotation3DX.GroupBegin"));
     EXPECT_EQ(labelOf("Rotation"), "Grid Rotation");
     EXPECT_THROW(change("CenterZ", 5), HostError) << "nobody can reach it";
     const UserAction action = change("UseCompCamera", 1);
     EXPECT_THAT(action.broken, IsEmpty());
-    EXPECT_FALSE(isHidden("CenterZ"));
-    EXPECT_FALSE(isHidden("InstanceRotation3DX.GroupBegin"));
+    EXPECT_TRUE(isShown(instance(), "CenterZ"));
+    EXPECT_TRUE(isShown(instance(), "InstanceRotation3DX.GroupBegin"));
     EXPECT_EQ(labelOf("Rotation"), "Grid Rotation Z");
     EXPECT_EQ(change("CenterZ", 5).error, PF_Err_NONE);
 }

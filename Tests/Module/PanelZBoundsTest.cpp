@@ -1,18 +1,25 @@
 // The button that measures the depths of the present frame.
 
+#include <algorithm>
+
 #include "Tests/Module/PanelFixture.h"
+#include "Tests/Support/DialogTexts.h"
 
 namespace TessavoyHost {
 namespace {
 
-using testing::AnyOf;
 using testing::Contains;
 using testing::Each;
 using testing::HasSubstr;
+using testing::SizeIs;
+
+// The snapshot of a frame checks out each parameter that frames depend on once; its own test has them written down one
+// by one.
+constexpr int parameterCheckouts = 617;
 
 class PanelZBounds : public PanelFixture {
 protected:
-    // The line of the dialog with the numbers.
+    // The text of the dialog.
     std::string shownFor(const ModuleScene& scene, int frame = 0) {
         const auto instance = instanceOf(scene);
         answerDialogs("1");
@@ -26,18 +33,12 @@ protected:
         expectCheckoutsAlone(result);
         if (shownScripts.size() != 1)
             return std::to_string(shownScripts.size()) + " dialogs";
-        return lineOf(shownScripts[0]);
-    }
-
-    static std::string lineOf(const std::string& script) {
-        const std::string before = "h.text = '";
-        const std::size_t start = script.find(before) + before.size();
-        return script.substr(start, script.find("';", start) - start);
+        return literalAfter(shownScripts[0], "h.text = ");
     }
 
     // The parameters stay with the host, which takes them back; nothing else is left out.
     static void expectCheckoutsAlone(const CommandResult& result) {
-        EXPECT_GT(result.broken.size(), 400u);
+        EXPECT_THAT(result.broken, SizeIs(parameterCheckouts));
         EXPECT_THAT(result.broken, Each(HasSubstr("not given back: parameter")));
     }
 
@@ -48,37 +49,37 @@ protected:
 };
 
 TEST_F(PanelZBounds, OfAFlatGridAreZero) {
-    EXPECT_EQ(shownFor(fourSquaresScene()), "Maximum Z: 0\\nMinimum Z: 0");
+    EXPECT_EQ(shownFor(fourSquaresScene()), "Maximum Z: 0\nMinimum Z: 0");
 }
 
 TEST_F(PanelZBounds, OfAFrameWithNothingToDrawAreZero) {
     ModuleScene scene = turnedScene();
     scene.set("InstanceVisible.Probability", 0);
-    EXPECT_EQ(shownFor(scene), "Maximum Z: 0\\nMinimum Z: 0");
+    EXPECT_EQ(shownFor(scene), "Maximum Z: 0\nMinimum Z: 0");
 }
 
 // Squares of half side 5 that stand across the picture, 70 behind it; without a camera seen from nowhere, and from a
 // camera 500 before it.
 TEST_F(PanelZBounds, ReachFromTheNearestToTheFarthestVertex) {
     ModuleScene scene = turnedScene();
-    EXPECT_EQ(shownFor(scene), "Maximum Z: 75\\nMinimum Z: 65");
+    EXPECT_EQ(shownFor(scene), "Maximum Z: 75\nMinimum Z: 65");
     scene.project.camera = facingCamera(500);
-    EXPECT_EQ(shownFor(scene), "Maximum Z: 575\\nMinimum Z: 565");
+    EXPECT_EQ(shownFor(scene), "Maximum Z: 575\nMinimum Z: 565");
 }
 
 // At 1 of 4 seconds a value that grows from 0 to 400 is 100.
 TEST_F(PanelZBounds, AreThoseOfThePresentTime) {
     ModuleScene scene = fourSquaresScene();
     scene.set("UseCompCamera", 1).key("CenterZ", 0, 0).key("CenterZ", 4, 400);
-    EXPECT_EQ(shownFor(scene, 0), "Maximum Z: 0\\nMinimum Z: 0");
-    EXPECT_EQ(shownFor(scene, 25), "Maximum Z: 100\\nMinimum Z: 100");
+    EXPECT_EQ(shownFor(scene, 0), "Maximum Z: 0\nMinimum Z: 0");
+    EXPECT_EQ(shownFor(scene, 25), "Maximum Z: 100\nMinimum Z: 100");
 }
 
 TEST_F(PanelZBounds, RunTheScript) {
     ModuleScene scene = fourSquaresScene();
     scene.set("UseCompCamera", 1);
     scene.project.script = "z = 10 * (i + 2 * j) - 5";
-    EXPECT_EQ(shownFor(scene), "Maximum Z: 25\\nMinimum Z: -5");
+    EXPECT_EQ(shownFor(scene), "Maximum Z: 25\nMinimum Z: -5");
 }
 
 // The script is in a handle of 428 bytes while it runs.
@@ -94,62 +95,90 @@ TEST_F(PanelZBounds, AreShownOutOfABlockOf428Bytes) {
     EXPECT_THAT(lent, Contains(HasSubstr("handle (428)")));
 }
 
-// What a call that fails may leave beside the parameters. Where a handle can't be had for the evaluation the host's
-// error value leaves the module as an exception, which the host notes; an effect reference can't be given back without
-// its suite.
-struct FailingCall {
+// A host call of the command: what it ends with when the call fails, and whether the dialog is shown all the same.
+// Where a block for the evaluation can't be had the host's error value leaves the module as an exception, which the
+// host notes.
+struct CallOfBounds {
     const char* name;
-    std::vector<PF_Err> errors;
-    const char* leaving = "not given back: parameter";
-    int step = 1;
+    PF_Err error;
+    enum { Returns, Shows, Throws } way = Returns;
+    bool losesReference = false;
 };
 
-TEST_F(PanelZBounds, AHostCallThatFailsEndsThemWithItsError) {
-    constexpr const char* thrownValue = "an error value left the module as an exception";
+// In their order, after the checkouts.
+const std::vector<CallOfBounds>& callsOfBounds() {
     constexpr PF_Err given = PF_Err_INVALID_INDEX;
-    const std::vector<FailingCall> calls = {
-        {"checkout_param", {given}, "not given back: parameter", 37},
-        // Older hosts lack the suite for sequence data.
-        {"AcquireSuite", {PF_Err_BAD_CALLBACK_PARAM, PF_Err_NONE}, "not given back: effect reference"},
-        {"host_new_handle", {PF_Err_INTERNAL_STRUCT_DAMAGED, PF_Err_OUT_OF_MEMORY}, thrownValue},
-        {"host_lock_handle", {PF_Err_INTERNAL_STRUCT_DAMAGED, PF_Err_OUT_OF_MEMORY}, thrownValue},
-        {"AEGP_GetNewEffectForEffect", {given}},
-        {"AEGP_ConvertEffectToCompTime", {given}},
-        {"AEGP_GetEffectCamera", {given}},
-        {"AEGP_DisposeEffect", {PF_Err_NONE}},
-        {"PF_GetConstSequenceData", {given}},
-        {"AEGP_ExecuteScript", {given}},
-        {"AEGP_FreeMemHandle", {given}},
+    static const std::vector<CallOfBounds> calls = {
+        {"the suite that gives effect references", PF_Err_BAD_CALLBACK_PARAM},
+        {"the effect's reference", given},
+        {"the composition's time", given},
+        {"the camera", given},
+        {"the suite that takes the reference back, without which it can't be", PF_Err_NONE, CallOfBounds::Shows, true},
+        {"giving the reference back", PF_Err_NONE, CallOfBounds::Shows},
+        {"the suite of sequence data, which older hosts lack", PF_Err_NONE, CallOfBounds::Shows},
+        {"the sequence data", given},
+        {"the script's handle", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"its lock", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"the handle of the memory that it runs in", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"its lock", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"the cells' handle suite", PF_Err_BAD_CALLBACK_PARAM},
+        {"their handle", PF_Err_INTERNAL_STRUCT_DAMAGED, CallOfBounds::Throws},
+        {"its lock", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"the parts' handle suite", PF_Err_BAD_CALLBACK_PARAM},
+        {"their handle", PF_Err_INTERNAL_STRUCT_DAMAGED, CallOfBounds::Throws},
+        {"its lock", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"the vertices' handle", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"its lock", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"the indices' handle", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"its lock", PF_Err_OUT_OF_MEMORY, CallOfBounds::Throws},
+        {"the answer's memory suite", PF_Err_BAD_CALLBACK_PARAM},
+        {"the dialog's handle suite", PF_Err_BAD_CALLBACK_PARAM},
+        {"its handle", PF_Err_INTERNAL_STRUCT_DAMAGED},
+        {"its lock", PF_Err_OUT_OF_MEMORY},
+        {"the suite that formats", PF_Err_BAD_CALLBACK_PARAM},
+        {"the suite that runs scripts", PF_Err_BAD_CALLBACK_PARAM},
+        {"the dialog", given},
+        {"freeing the answer", given, CallOfBounds::Shows},
     };
+    return calls;
+}
+
+// Every call in turn; what fails says so with its own error, and nothing but parameters is left out.
+TEST_F(PanelZBounds, AHostCallThatFailsEndsThemWithItsError) {
     const auto instance = instanceOf(turnedScene());
     answerDialogs("1");
-    for (const FailingCall& call : calls) {
-        bool struck = true;
-        int n = 1;
-        for (; struck; n += call.step) {
-            SCOPED_TRACE(testing::Message() << call.name << " " << n);
-            host().faults().failNth(call.name, n, given);
-            const CommandResult result = change(*instance, "ShowZBounds");
-            struck = host().faults().struck() > 0;
-            host().faults().clear();
-            EXPECT_THAT(result.broken, Each(AnyOf(HasSubstr("not given back: parameter"), HasSubstr(call.leaving))));
-            EXPECT_THAT(struck ? call.errors : std::vector<PF_Err>{PF_Err_NONE}, Contains(result.error));
-        }
-        EXPECT_GT(n, 2) << call.name << " is never called";
-    }
+    FailingCommand command;
+    command.prepare = [&] { shownScripts.clear(); };
+    command.run = [&] { return change(*instance, "ShowZBounds"); };
+    command.expectFailed = [&](const CommandResult& result, int failed) {
+        const CallOfBounds call = failed <= parameterCheckouts
+                                      ? CallOfBounds{"a checkout", PF_Err_INVALID_INDEX}
+                                      : callsOfBounds().at(static_cast<std::size_t>(failed - parameterCheckouts) - 1);
+        SCOPED_TRACE(call.name);
+        const int parameters = std::min(failed - 1, parameterCheckouts), thrown = call.way == CallOfBounds::Throws;
+        EXPECT_EQ(result.error, call.error);
+        EXPECT_EQ(result.message, "");
+        EXPECT_EQ(shownScripts.size(), call.way == CallOfBounds::Shows ? 1u : 0u);
+        EXPECT_THAT(result.broken, SizeIs(parameters + thrown + call.losesReference));
+        EXPECT_THAT(result.broken, Contains(HasSubstr("effect reference")).Times(call.losesReference));
+        EXPECT_THAT(result.broken, Contains(HasSubstr("not given back: parameter")).Times(parameters));
+        EXPECT_THAT(result.broken, Contains(HasSubstr("an error value left the module as an exception")).Times(thrown));
+    };
+    command.expectDone = [](const CommandResult& result) {
+        EXPECT_EQ(result.error, PF_Err_NONE);
+        expectCheckoutsAlone(result);
+    };
+    EXPECT_EQ(failEachCall(host(), PF_Err_INVALID_INDEX, command),
+              parameterCheckouts + static_cast<int>(callsOfBounds().size()));
 }
 
 TEST_F(PanelZBounds, NeedThePluginId) {
     const auto instance = instanceOf(fourSquaresScene());
     answerDialogs("1");
     PF_UserChangedParamExtra extra{parameterIndexOf("ShowZBounds")};
-    CommandContext context(host(), instance.get(), PF_Cmd_USER_CHANGED_PARAM, {});
-    context.in.global_data = nullptr;
-    EXPECT_EQ(context.run(nullptr, nullptr, &extra), PF_Err_INTERNAL_STRUCT_DAMAGED);
-    const CommandResult result = context.finish();
-    EXPECT_EQ(result.message, "Failed to get global data while constructing an AEGP effect");
+    const CommandResult result = commandWithGlobalData(*instance, PF_Cmd_USER_CHANGED_PARAM, &extra, nullptr);
+    expectNoPluginId(result);
     expectCheckoutsAlone(result);
-    EXPECT_TRUE(shownScripts.empty());
 }
 
 TEST_F(PanelZBounds, NeedAHostThatRunsScripts) {

@@ -1,6 +1,5 @@
-#include "Host/Drawing/PanelReader.h"
 #include "Host/SequenceBlock.h"
-#include "Tests/Module/ModuleFixture.h"
+#include "Tests/Module/PanelFixture.h"
 
 namespace TessavoyHost {
 namespace {
@@ -14,13 +13,6 @@ using testing::StartsWith;
 constexpr const char* hint = "Click on the text to edit the Lua script.";
 constexpr PF_Rect frame = {10, 200, 160, 350};
 
-std::vector<std::string> linesOf(const std::vector<DrawnText>& texts) {
-    std::vector<std::string> lines;
-    for (const DrawnText& text : texts)
-        lines.push_back(text.text);
-    return lines;
-}
-
 // Keeps the clip besides.
 class ClipRecorder : public TextRecorder {
 public:
@@ -28,67 +20,53 @@ public:
     std::vector<DRAWBOT_Rect32> clips;
 };
 
-class ModuleScriptControl : public ModuleFixture {
+class ModuleScriptControl : public PanelFixture {
 protected:
-    std::unique_ptr<EffectInstance> instanceWith(const std::string& script) {
-        ModuleScene scene = fourSquaresScene();
-        scene.project.script = script;
-        return instanceOf(scene);
+    std::vector<std::string> linesDrawnFor(const std::string& script) {
+        return linesDrawnBy(*instanceWithScript(script));
     }
-
-    // The lines that the control draws, which must go well.
-    static std::vector<std::string> drawnBy(EffectInstance& instance) {
-        TextRecorder recorder;
-        const CommandResult result = PanelReader(instance).draw(parameterIndexOf("Script"), frame, recorder);
-        EXPECT_EQ(result.error, PF_Err_NONE);
-        EXPECT_EQ(result.message, "");
-        EXPECT_THAT(result.broken, IsEmpty());
-        return linesOf(recorder.texts());
-    }
-
-    std::vector<std::string> drawnFor(const std::string& script) { return drawnBy(*instanceWith(script)); }
 };
 
 TEST_F(ModuleScriptControl, IsDrawnByTheModule) {
-    const auto instance = instanceWith("");
+    const auto instance = instanceWithScript("");
     EXPECT_TRUE(PanelReader(*instance).drawsControl(parameterIndexOf("Script")));
 }
 
 TEST_F(ModuleScriptControl, ShowsTheHintAloneWithoutAScript) {
-    EXPECT_THAT(drawnFor(""), ElementsAre(hint));
+    EXPECT_THAT(linesDrawnFor(""), ElementsAre(hint));
 }
 
 // Line ends of all systems, and lines without anything on them; the last line end begins no line.
 TEST_F(ModuleScriptControl, ShowsTheScriptLineByLine) {
-    EXPECT_THAT(drawnFor("x = x + 1"), ElementsAre(hint, "x = x + 1"));
-    EXPECT_THAT(drawnFor("x = 1\ny = 2\r\n\r\nz = 3\rr = 0\n"),
+    EXPECT_THAT(linesDrawnFor("x = x + 1"), ElementsAre(hint, "x = x + 1"));
+    EXPECT_THAT(linesDrawnFor("x = 1\ny = 2\r\n\r\nz = 3\rr = 0\n"),
                 ElementsAre(hint, "x = 1", "y = 2", "", "z = 3", "r = 0"));
 }
 
 // The script's first line is the third of the chunk that Lua sees.
 TEST_F(ModuleScriptControl, ShowsTheErrorInPlaceOfTheScript) {
-    EXPECT_THAT(drawnFor("x = 1\ny = = 2"),
+    EXPECT_THAT(linesDrawnFor("x = 1\ny = = 2"),
                 ElementsAre(hint, "Error:", "[string \"script\"]:4: unexpected symbol near '='"));
 }
 
 TEST_F(ModuleScriptControl, ShowsThatSavedDataIsDamaged) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     auto flat = sequenceBlock("x = 1", {}, host().description().version);
     flat[1] = std::byte{'g'};
     instance->resetup(flat);
-    EXPECT_THAT(drawnBy(*instance), ElementsAre(hint, "Error:", "Failed to load Lua script: data corrupted"));
+    EXPECT_THAT(linesDrawnBy(*instance), ElementsAre(hint, "Error:", "Failed to load Lua script: data corrupted"));
 }
 
 // The panel's instance is the original, of which renders have copies.
 TEST_F(ModuleScriptControl, ShowsTheScriptUntilItsOwnInstanceFails) {
-    const auto instance = instanceWith("x = y.z");
+    const auto instance = instanceWithScript("x = y.z");
     EXPECT_THAT(instance->renderFrame({}).message, HasSubstr("Failed to execute the script"));
-    EXPECT_THAT(drawnBy(*instance), ElementsAre(hint, "x = y.z"));
+    EXPECT_THAT(linesDrawnBy(*instance), ElementsAre(hint, "x = y.z"));
 }
 
 // The first baseline is a font's height below the frame's top, each further one the font's height and 5 below the last.
 TEST_F(ModuleScriptControl, PlacesLinesByTheFontInTheColourOfTheTheme) {
-    const auto instance = instanceWith("x = 1\ny = 2");
+    const auto instance = instanceWithScript("x = 1\ny = 2");
     ClipRecorder recorder;
     EXPECT_THAT(PanelReader(*instance).draw(parameterIndexOf("Script"), frame, recorder).broken, IsEmpty());
     ASSERT_EQ(recorder.texts().size(), 3u);
@@ -114,13 +92,13 @@ TEST_F(ModuleScriptControl, PlacesLinesByTheFontInTheColourOfTheTheme) {
 }
 
 TEST_F(ModuleScriptControl, ShowsTextThatIsNotUtf8) {
-    EXPECT_THAT(drawnFor("-- \xC3\xBC\xF0\x9F\x8E\xA8\nx = 1 -- \xFF\xC3"),
+    EXPECT_THAT(linesDrawnFor("-- \xC3\xBC\xF0\x9F\x8E\xA8\nx = 1 -- \xFF\xC3"),
                 ElementsAre(hint, "-- \xC3\xBC\xF0\x9F\x8E\xA8", "x = 1 -- \xEF\xBF\xBD\xEF\xBF\xBD"));
-    EXPECT_THAT(drawnFor("\xFF"), ElementsAre(hint, "Error:", StartsWith("[string \"script\"]:3: ")));
+    EXPECT_THAT(linesDrawnFor("\xFF"), ElementsAre(hint, "Error:", StartsWith("[string \"script\"]:3: ")));
 }
 
 TEST_F(ModuleScriptControl, DrawsOnlyInDrawEventsOfItsOwn) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     for (const char* id : {"CountX", "Gradient.Custom1", "Ramp.Custom1"}) {
         TextRecorder recorder;
         const CommandResult result = PanelReader(*instance).draw(parameterIndexOf(id), frame, recorder);
@@ -142,7 +120,7 @@ TEST_F(ModuleScriptControl, DrawsOnlyInDrawEventsOfItsOwn) {
 
 // Outside of a panel there is no drawing to be had.
 TEST_F(ModuleScriptControl, DrawsNothingWhereThereIsNothingToDrawOn) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     PF_EventExtra event{};
     event.e_type = PF_Event_DRAW;
     event.effect_win.index = parameterIndexOf("Script");
@@ -155,26 +133,26 @@ TEST_F(ModuleScriptControl, DrawsNothingWhereThereIsNothingToDrawOn) {
 // Every call of a draw event in turn: its error is the event's, and everything that was lent comes back. Giving back
 // has no one to tell an error.
 TEST_F(ModuleScriptControl, AHostCallThatFailsEndsTheEventWithItsError) {
-    constexpr PF_Err given = PF_Err_INVALID_INDEX;
-    const auto instance = instanceWith("x = 1\ny = 2");
-    bool struck = true;
+    const auto instance = instanceWithScript("x = 1\ny = 2");
     int failed = 0;
-    for (int call = 1; struck; ++call) {
-        host().faults().failNth(Faults::anyCall, call, given);
+    FailingCommand command;
+    command.run = [&] {
         TextRecorder recorder;
-        const CommandResult result = PanelReader(*instance).draw(parameterIndexOf("Script"), frame, recorder);
-        struck = host().faults().struck() > 0;
-        host().faults().clear();
-        EXPECT_THAT(result.error, AnyOf(given, PF_Err_BAD_CALLBACK_PARAM, PF_Err_NONE)) << call;
-        EXPECT_THAT(result.broken, IsEmpty()) << call;
+        return PanelReader(*instance).draw(parameterIndexOf("Script"), frame, recorder);
+    };
+    command.expectFailed = [&failed](const CommandResult& result, int) {
+        EXPECT_THAT(result.error, AnyOf(PF_Err_INVALID_INDEX, PF_Err_BAD_CALLBACK_PARAM, PF_Err_NONE));
+        EXPECT_THAT(result.broken, IsEmpty());
         failed += result.error == PF_Err_NONE ? 0 : 1;
-    }
+    };
+    command.expectDone = [](const CommandResult& result) { expectGood(result); };
+    failEachCall(host(), PF_Err_INVALID_INDEX, command);
     // Six suites, the drawing, supplier, surface, text support, size, colour, brush, font, push, clip and three lines.
     EXPECT_EQ(failed, 19);
 }
 
 TEST_F(ModuleScriptControl, WithoutASuiteTheEventSaysSo) {
-    const auto instance = instanceWith("x = 1");
+    const auto instance = instanceWithScript("x = 1");
     struct Suite {
         const char* name;
         A_long version;

@@ -15,7 +15,6 @@ using TessavoyHost::ColorValue;
 using TessavoyHost::ModuleScene;
 using TessavoyHost::Point2;
 using TessavoyHost::Point3;
-using TessavoyHost::Rational;
 
 constexpr int ColourSlot = 10;
 constexpr int FirstVariationSlot = 4;

@@ -95,9 +95,7 @@ const void* findTable(const char* name, std::int32_t version) {
     }();
     static const PF_EffectSequenceDataSuite1 sequence = {constSequenceData};
 
-    const void* table = tableFor(name, version, handles);
-    table = table != nullptr ? table : tableFor(name, version, ansi);
-    return table != nullptr ? table : tableFor(name, version, sequence);
+    return tableFor(name, version, handles, ansi, sequence);
 }
 
 SPErr acquireSuite(const char* name, std::int32_t version, const void** suite) {

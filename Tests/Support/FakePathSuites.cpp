@@ -143,8 +143,7 @@ const void* FakePathSuites::find(const char* name, std::int32_t version) {
         table.PF_PathCleanupSegLength = cleanUp;
         return table;
     }();
-    const void* table = tableFor(name, version, query);
-    return table != nullptr ? table : tableFor(name, version, data);
+    return tableFor(name, version, query, data);
 }
 
 FakePathSuites::FakePathSuites(const PF_InData& ofInData, Note ofNote) : inData(ofInData), note(std::move(ofNote)) {

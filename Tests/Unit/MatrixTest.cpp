@@ -1,5 +1,7 @@
 #include "Source/Matrix.h"
 
+#include "Tests/Support/MatrixProduct.h"
+
 #include <gtest/gtest.h>
 
 #include <array>

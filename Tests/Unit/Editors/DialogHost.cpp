@@ -114,9 +114,7 @@ const void* DialogHost::tableOf(const char* name, std::int32_t version) {
         table.AEGP_GetMemHandleSize = memorySize;
         return table;
     }();
-    const void* table = tableFor(name, version, ansi);
-    table = table != nullptr ? table : tableFor(name, version, utility);
-    return table != nullptr ? table : tableFor(name, version, memories);
+    return tableFor(name, version, ansi, utility, memories);
 }
 
 DialogHost::DialogHost() {

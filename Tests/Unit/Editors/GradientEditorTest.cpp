@@ -261,13 +261,13 @@ TEST_F(GradientEditing, DraggingBelowTheControlTakesThePointOff) {
     EXPECT_TRUE(drag(dragged, 210, 100));
     EXPECT_EQ(dragged.rank, 1);
     EXPECT_TRUE(drag(dragged, 212, 101));
-    EXPECT_EQ(dragged.rank, GradientDrag::DraggedOff);
+    EXPECT_EQ(dragged.rank, GradientDrag::draggedOff);
     EXPECT_EQ(gradient.points, (Points{{0.25f, red}, {0.75f, blue}}));
     // below it stays off, wherever it goes
     EXPECT_FALSE(drag(dragged, 220, 101));
     EXPECT_FALSE(drag(dragged, 106, 5000));
     EXPECT_EQ(gradient.points, (Points{{0.25f, red}, {0.75f, blue}}));
-    EXPECT_EQ(dragged.rank, GradientDrag::DraggedOff);
+    EXPECT_EQ(dragged.rank, GradientDrag::draggedOff);
 }
 
 TEST_F(GradientEditing, APointThatWasDraggedOffComesBackWithThePointer) {
@@ -292,7 +292,7 @@ TEST_F(GradientEditing, DraggingStraightDownLeavesThePoint) {
         GradientDrag dragged = grab(x);
         EXPECT_FALSE(drag(dragged, x, 500));
         EXPECT_FALSE(drag(dragged, x < 200 ? 0 : 500, 500));  // the ends hold it
-        EXPECT_NE(dragged.rank, GradientDrag::DraggedOff);
+        EXPECT_NE(dragged.rank, GradientDrag::draggedOff);
     }
     EXPECT_EQ(gradient.points, before);
 }

@@ -82,14 +82,7 @@ const void* suiteTable(const char* name, std::int32_t version) {
         return table;
     }();
     static const DRAWBOT_PathSuite1 path{};
-    for (const void* table :
-         {tableFor(name, version, customUi), tableFor(name, version, drawbot), tableFor(name, version, supplier),
-          tableFor(name, version, surface), tableFor(name, version, path)}) {
-        if (table != nullptr) {
-            return table;
-        }
-    }
-    return nullptr;
+    return tableFor(name, version, customUi, drawbot, supplier, surface, path);
 }
 
 SPErr acquire(const char* name, std::int32_t version, const void** suite) {

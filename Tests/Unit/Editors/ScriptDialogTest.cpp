@@ -2,6 +2,7 @@
 
 #include "Source/HostAccess/Exception.h"
 #include "Source/HostAccess/HostMemory.h"
+#include "Tests/Support/DialogTexts.h"
 #include "Tests/Unit/Editors/DialogHost.h"
 
 #include <gtest/gtest.h>
@@ -12,64 +13,10 @@
 namespace Tessavoy {
 namespace {
 
-const std::string inputs = "time, frame, i, j, xPart, yPart, xCount, yCount, gridWidth, gridHeight";
-const std::string outputs =
-    "visible, x, y, z, angleX, angleY, angle, radius, r, g, b, a, feather, stroke, strokeWidth, partsCount, anchorX, "
-    "anchorY, scaleX, scaleY, angleOffset, spriteIndex";
-
-/// The script of the dialog for an escaped text.
-std::string dialogWith(const std::string& script) {
-    return "var w = new Window(\"dialog\", \"Script\");\n"
-           "//var w = new Window(\"dialog\", \"Script\", undefined, { resizeable : true });\n"
-           "w.orientation = \"column\";\n"
-           "var h = w.add('edittext {properties: {multiline: true, readonly: true}}');\n"
-           "h.minimumSize = [ -1, 200 ];\n"
-           "h.alignment = [ \"fill\", \"fill\" ];\n"
-           "var e = w.add('edittext {properties: {multiline: true}}');\n"
-           "e.alignment = [ \"fill\", \"fill\" ];\n"
-           "e.minimumSize = [ 600, 400 ];\n"
-           "w.add(\"button\", undefined, \"OK\");\n"
-           "w.add(\"button\", undefined, \"Cancel\");\n"
-           "w.layout.layout();\n"
-           "\n"
-           "e.text = '" +
-           script +
-           "';\n"
-           "h.text = 'Input variables:\\n" +
-           inputs + ", " + outputs + "\\nOutput variables:\\n" + outputs +
-           "\\nFunctions:\\n' + \n"
-           "'GetSlider(ind), GetFloat(ind) - returns the custom float value at the given index ind [1..10]\\n' +\n"
-           "'GetColor(ind) - returns the custom color value at the given index ind [1..10]\\n' +\n"
-           "'GetLayer(ind, xPart, yPart) - returns the layer value at the given index ind [1..10] and x and y coords "
-           "[0..1]\\n' +\n"
-           "'GetNoise(ind, xPart, yPart) - returns the noise value at the given index ind [1..10] and x and y coords "
-           "[0..1]\\n' +\n"
-           "'GetRandom(ind, i, j) - returns the random value at the given index ind [1..10] and i and j integer values "
-           "(indexes)\\n' +\n"
-           "'GetRamp(ind, part) - returns the ramp value at the given index ind [1..10] and the given part [0..1]\\n' "
-           "+\n"
-           "'GetGradient(ind, part) - returns the gradient value (three values r, g, b) at the given index ind [1..10] "
-           "and the given part [0..1]\\n' +\n"
-           "'GetPath(ind, part) - returns the mask value (two values x, y) at the given index ind [1..10] and the "
-           "given part [0..1]\\n' +\n"
-           "'GetPoint2D(ind) - returns the point 2D value (two values x, y) at the given index ind [1..10]\\n' +\n"
-           "'GetPoint3D(ind) - returns the point 3D value (three values x, y, z) at the given index ind [1..10]\\n' +\n"
-           "'Note that the assigned name of the parameter can be used insted of the index (ind) in the functions "
-           "above.' +\n"
-           "'GetDistToCam(x, y, z) - computes the distance from the given position to the camera point of view\\n' +\n"
-           "'Lerp(a, b, t) - computes the linear interpolation between a and b, i.e. the result of a + t * (b - a)\\n' "
-           "+\n"
-           "'Dist2D(x1, y1, x2, y2) - computes the distance between two 2D points, i.e. the result of sqrt((x2 - x1) * "
-           "(x2 - x1) + (y2 - y1) * (y2 - y1))\\n' +\n"
-           "'Dist3D(x1, y1, z1, x2, y2, z2) - computes the distance between two 3D points, i.e. the result of sqrt((x2 "
-           "- x1) * (x2 - x1) + (y2 - y1) * (y2 - y1) + (z2 - z1) * (z2 - z1))\\n' +\n"
-           "'Documentation: https://quelvane.example/tessavoy/scripting';\n"
-           "\n"
-           "// onResize needed on Mac OS X\n"
-           "w.onResizing = w.onResize = function() { this.layout.resize(); }\n"
-           "var result = w.show()\n"
-           "result+e.text;\n";
-}
+using TessavoyHost::editorDialog;
+using TessavoyHost::literalAfter;
+using TessavoyHost::scriptInputs;
+using TessavoyHost::scriptOutputs;
 
 /// What came out of a dialog: its error, and the new text where there is one.
 struct Outcome {
@@ -92,20 +39,36 @@ TEST(ScriptDialog, TellsWhatScriptsReadSetAndCall) {
     DialogHost host;
     edit(host, "x = 1");
     ASSERT_EQ(host.scripts.size(), 1u);
-    EXPECT_EQ(host.scripts[0], dialogWith("x = 1"));
+    EXPECT_EQ(host.scripts[0], editorDialog("x = 1"));
 }
 
 TEST(ScriptDialog, EscapesTheScriptButForItsSingleQuotes) {
     DialogHost host;
     edit(host, "x = \"a\"\n\ty = 'b' \\ \f\x01 \xC3\xBC % %s %n");
-    EXPECT_EQ(host.scripts.at(0), dialogWith("x = \\\"a\\\"\\n\\ty = 'b' \\\\ \\f\\u0001 \xC3\xBC % %s %n"));
+    EXPECT_EQ(host.scripts.at(0), editorDialog("x = \\\"a\\\"\\n\\ty = 'b' \\\\ \\f\\u0001 \xC3\xBC % %s %n"));
+}
+
+// What the script language reads in the dialog's literal is what was put there, control characters included; only the
+// single quote would end it.
+TEST(ScriptDialog, ShowsTheScriptByteForByte) {
+    std::string script;
+    for (int byte = 1; byte < 256; ++byte) {
+        if (byte != '\'') {
+            script.push_back(static_cast<char>(byte));
+        }
+    }
+    for (const std::string& text : {script, std::string(), std::string("x\f = \v1\r\n"), std::string("\\u000c\\n\\")}) {
+        DialogHost host;
+        edit(host, text);
+        EXPECT_EQ(literalAfter(host.scripts.at(0), "e.text = "), text);
+    }
 }
 
 // The lists are 70 and 161 characters long, an empty script is one byte.
 TEST(ScriptDialog, AsksForABlockOfItsTextsAnd2549Bytes) {
     DialogHost host;
-    ASSERT_EQ(inputs.size(), 70u);
-    ASSERT_EQ(outputs.size(), 161u);
+    ASSERT_EQ(scriptInputs().size(), 70u);
+    ASSERT_EQ(scriptOutputs().size(), 161u);
     for (const std::string& script :
          {std::string(), std::string("x"), std::string("\n"), std::string(100000, '\x01')}) {
         edit(host, script);

@@ -1,6 +1,7 @@
 #include "Source/Editors/ZBoundsDialog.h"
 
 #include "Source/HostAccess/Exception.h"
+#include "Tests/Support/DialogTexts.h"
 #include "Tests/Unit/Editors/DialogHost.h"
 
 #include <gtest/gtest.h>
@@ -10,35 +11,19 @@
 namespace Tessavoy {
 namespace {
 
-/// The script that shows two numbers, in the form in which the host shows them.
-std::string scriptWith(const std::string& maximum, const std::string& minimum) {
-    return "var w = new Window(\"dialog\", \"Z Bounds\");\n"
-           "w.orientation = \"column\";\n"
-           "var h = w.add('edittext {properties: {multiline: true, readonly: true}}');\n"
-           "h.minimumSize = [ 200, -1 ];\n"
-           "h.alignment = [ \"fill\", \"fill\" ];\n"
-           "h.text = 'Maximum Z: " +
-           maximum + "\\nMinimum Z: " + minimum +
-           "';\n"
-           "w.add(\"button\", undefined, \"OK\");\n"
-           "w.layout.layout();\n"
-           "\n"
-           "// onResize needed on Mac OS X\n"
-           "w.onResizing = w.onResize = function() { this.layout.resize(); }\n"
-           "w.show()\n";
-}
+using TessavoyHost::boundsDialog;
 
 TEST(ZBoundsDialog, ShowsTheMaximumBeforeTheMinimum) {
     DialogHost host;
     EXPECT_EQ(ShowZBoundsDialog(&host.inData(), -12.5F, 1000.25F), PF_Err_NONE);
-    EXPECT_EQ(host.scripts, std::vector<std::string>{scriptWith("1000.25", "-12.5")});
+    EXPECT_EQ(host.scripts, std::vector<std::string>{boundsDialog("1000.25", "-12.5")});
     EXPECT_EQ(host.handleSizes, std::vector<std::size_t>{428});
 }
 
 TEST(ZBoundsDialog, ShowsZeros) {
     DialogHost host;
     EXPECT_EQ(ShowZBoundsDialog(&host.inData(), 0, 0), PF_Err_NONE);
-    EXPECT_EQ(host.scripts.at(0), scriptWith("0", "0"));
+    EXPECT_EQ(host.scripts.at(0), boundsDialog("0", "0"));
 }
 
 // The longest numbers that there are fit into the block; the host checks it.
@@ -49,7 +34,7 @@ TEST(ZBoundsDialog, HasRoomForEveryNumber) {
                                -Limits::infinity(), -Limits::quiet_NaN(), -123456.7F, -0.000123456F}) {
         EXPECT_EQ(ShowZBoundsDialog(&host.inData(), number, number), PF_Err_NONE);
     }
-    EXPECT_EQ(host.scripts.at(0), scriptWith("-3.40282e+38", "-3.40282e+38"));
+    EXPECT_EQ(host.scripts.at(0), boundsDialog("-3.40282e+38", "-3.40282e+38"));
 }
 
 TEST(ZBoundsDialog, NeedsNoAnswer) {

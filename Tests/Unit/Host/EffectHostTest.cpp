@@ -6,7 +6,6 @@
 namespace TessavoyHost {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

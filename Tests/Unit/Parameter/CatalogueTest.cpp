@@ -1,5 +1,7 @@
 #include "Source/Parameter/Catalogue.h"
 
+#include "Tests/Support/CustomKinds.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -27,9 +29,8 @@ public:
         panel.under("InstanceVisible", {"GroupBegin", "Probability", "Seed", "GroupEnd"});
         panel.shape();
         panel.add({"Script", "ParamsGroupBegin"});
-        for (const char* kind :
-             {"Float", "Color", "Layer", "Noise", "Random", "Ramp", "Gradient", "Path", "Point2D", "Point3D"}) {
-            panel.slots(kind);
+        for (const auto& facts : Testing::customKinds) {
+            panel.slots(facts.prefix);
         }
         panel.add({"ParamsGroupEnd",
                    "RenderSettingsGroupBegin",

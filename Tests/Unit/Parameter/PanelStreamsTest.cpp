@@ -135,14 +135,7 @@ private:
             table.AEGP_FreeMemHandle = free;
             return table;
         }();
-        for (const void* table :
-             {tableFor(name, version, interface), tableFor(name, version, effects), tableFor(name, version, streams),
-              tableFor(name, version, dynamic), tableFor(name, version, memory)}) {
-            if (table != nullptr) {
-                return table;
-            }
-        }
-        return nullptr;
+        return tableFor(name, version, interface, effects, streams, dynamic, memory);
     }
 
     static SPErr acquire(const char* name, std::int32_t version, const void** suite) {

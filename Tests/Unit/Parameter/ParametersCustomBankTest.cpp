@@ -3,43 +3,23 @@
 #include "Source/HostAccess/Exception.h"
 #include "Source/Parameter/Catalogue.h"
 #include "Source/Parameter/MainParams.h"
+#include "Tests/Support/CustomKinds.h"
 #include "Tests/Support/FakeHandleHost.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
 #include <string>
 
 namespace Tessavoy {
 namespace {
 
+using Testing::customKinds;
 using Type = CustomParameterType;
 
-/// What each kind's slots are called, written out: the sections' names, what follows the name of a slot that is a
-/// group, and the labels.
-struct ExpectedKind {
-    Type type;
-    const char* prefix;
-    const char* suffix;
-    const char* label;       ///< without its number
-    A_long firstDiskId;      ///< of the parameter that carries the name of slot 1
-    A_long diskIdStep;       ///< from one slot to the next
-    PF_ParamIndex section;   ///< index of the section's group start
-    PF_ParamIndex slotSize;  ///< parameters of one slot, without its button
-};
-
-constexpr std::array<ExpectedKind, 10> kinds = {{
-    {Type::Float, "Float", "", "Slider", 304, 1, 553, 1},
-    {Type::Color, "Color", "", "Color", 316, 1, 576, 1},
-    {Type::Layer, "Layer", "", "Layer", 328, 1, 599, 1},
-    {Type::Noise, "Noise", ".GroupBegin", "Noise", 404, 14, 622, 16},
-    {Type::Random, "Random", ".GroupBegin", "Random", 546, 5, 795, 5},
-    {Type::Ramp, "Ramp", "", "Ramp", 846, 1, 858, 1},
-    {Type::Gradient, "Gradient", "", "Gradient", 858, 1, 881, 1},
-    {Type::Path, "Path", "", "Path", 870, 1, 904, 1},
-    {Type::Point2D, "Point2D", "", "Point 2D", 882, 1, 927, 1},
-    {Type::Point3D, "Point3D", "", "Point 3D", 894, 1, 950, 1},
-}};
+constexpr std::array types = {Type::Float, Type::Color,    Type::Layer, Type::Noise,   Type::Random,
+                              Type::Ramp,  Type::Gradient, Type::Path,  Type::Point2D, Type::Point3D};
 
 class ParametersCustomBank : public ::testing::Test {
 protected:
@@ -57,19 +37,20 @@ private:
 
 TEST_F(ParametersCustomBank, KindsStandInThePanelsOrder) {
     constexpr std::size_t firstSection = 54;
-    for (std::size_t k = 0; k < kinds.size(); ++k) {
-        EXPECT_EQ(static_cast<std::size_t>(kinds[k].type), k);
-        EXPECT_EQ(customKind(kinds[k].type).prefix, kinds[k].prefix);
-        EXPECT_EQ(mainParams()[firstSection + k].name, kinds[k].prefix);
-        EXPECT_EQ(customKind(kinds[k].type).customSuffix, kinds[k].suffix);
+    for (std::size_t kind = 0; kind < customKinds.size(); ++kind) {
+        EXPECT_EQ(static_cast<std::size_t>(types[kind]), kind);
+        EXPECT_EQ(kindPrefix(types[kind]), customKinds[kind].prefix);
+        EXPECT_EQ(mainParams()[firstSection + kind].name, customKinds[kind].prefix);
+        EXPECT_EQ(customKind(types[kind]).customSuffix, customKinds[kind].suffix);
     }
-    EXPECT_EQ(static_cast<std::size_t>(Type::Size), kinds.size());
+    EXPECT_EQ(static_cast<std::size_t>(Type::Size), customKinds.size());
 }
 
 // A section is its start, its switch, and ten times a slot and its button.
 TEST_F(ParametersCustomBank, SlotsAreFoundByIndexAndDiskId) {
-    for (const ExpectedKind& kind : kinds) {
-        const CustomParameterBank bank = bankOf(kind.type);
+    for (std::size_t number = 0; number < customKinds.size(); ++number) {
+        const auto& kind = customKinds[number];
+        const CustomParameterBank bank = bankOf(types[number]);
         for (A_long k = 0; k < 10; ++k) {
             SCOPED_TRACE(kind.prefix + std::string(" ") + std::to_string(k));
             const CustomParameterSlot slot = bank.slotInfo(k);
@@ -115,9 +96,9 @@ TEST_F(ParametersCustomBank, AnInstanceThatKeepsNothingHasNoNames) {
 }
 
 TEST_F(ParametersCustomBank, LabelsAreTheKindAndTheNumberAndTheName) {
-    for (const ExpectedKind& kind : kinds) {
-        const CustomParameterBank bank = bankOf(kind.type);
-        const std::string label = kind.label;
+    for (std::size_t kind = 0; kind < customKinds.size(); ++kind) {
+        const CustomParameterBank bank = bankOf(types[kind]);
+        const std::string label = customKinds[kind].label;
         EXPECT_EQ(bank.slotLabel(0, ""), label + " 1");
         EXPECT_EQ(bank.slotLabel(9, ""), label + " 10");
         EXPECT_EQ(bank.slotLabel(2, "Wind"), label + " 3 (Wind)");

@@ -3,6 +3,7 @@
 #include "Source/Editors/GradientParameter.h"
 #include "Source/Editors/RampParameter.h"
 #include "Source/Parameter/Catalogue.h"
+#include "Tests/Support/CustomKinds.h"
 #include "Tests/Support/FakeParameterHost.h"
 #include "Tests/Support/PanelDescription.h"
 #include "Tests/Unit/Parameter/ExpectedPanel.h"
@@ -106,8 +107,8 @@ TEST_F(RegistrationTest, SupervisesExactlyTheControlsThatChangeThePanel) {
                                       "OutputZDepthClamp",
                                       "OutputZDepthAlpha",
                                       "ShowZBounds"};
-    for (const std::string kind :
-         {"Float", "Color", "Layer", "Noise", "Random", "Ramp", "Gradient", "Path", "Point2D", "Point3D"}) {
+    for (const auto& facts : Testing::customKinds) {
+        const std::string kind = facts.prefix;
         expected.insert(kind + ".ShowRenameButtons");
         for (int slot = 1; slot <= 10; ++slot) {
             expected.insert(kind + ".Rename" + std::to_string(slot));

@@ -1,5 +1,7 @@
 #include "Tests/Unit/RenderGrid/ReferenceCell.h"
 
+#include "Tests/Support/MatrixProduct.h"
+
 #include <algorithm>
 #include <cmath>
 #include <complex>

@@ -9,8 +9,6 @@
 namespace Tessavoy {
 namespace {
 
-using Type = CustomParameterType;
-
 constexpr const char* sequenceSuite = "PF Effect Sequence Data Suite";
 
 double firstResult(BankScene& scene, const BankFunction& function, const std::string& slot) {

@@ -6,7 +6,6 @@
 namespace TessavoyHost {
 namespace {
 
-using FakeEffect::Acquired;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

@@ -1,4 +1,4 @@
-#include "Source/Editors/Utf16.h"
+#include "Source/HostAccess/Utf16.h"
 
 #include <cstddef>
 #include <cstdint>
