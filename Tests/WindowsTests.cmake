@@ -4,7 +4,7 @@
 file(GLOB_RECURSE windows_test_sources CONFIGURE_DEPENDS "Windows/*.cpp" "Unit/Evaluate/*.cpp" "Unit/RenderGrid/*.cpp"
      "Module/*.cpp" "Unit/Script/*.cpp" "Unit/Parameter/*.cpp" "Unit/Editors/*.cpp" "Unit/*Test.cpp" "Support/*.cpp")
 # What needs cairo, the interpreter of dialogs, or what Linux says of a process.
-list(FILTER windows_test_sources EXCLUDE REGEX "/Module/(Limits|Dialogs|Panel[A-Za-z]*Pictures|PanelUser)Test\\.cpp$")
+list(FILTER windows_test_sources EXCLUDE REGEX "/Module/(Limits|SetUp|Dialogs|Panel[A-Za-z]*Pictures|PanelUser)Test\\.cpp$")
 list(FILTER windows_test_sources EXCLUDE REGEX "/Tests/Unit/(Host|Gl|Shell|Support)/")
 list(FILTER windows_test_sources EXCLUDE REGEX "/(Support/(ApplicationContext|CommandFixture|ImageComparison|Examples)|Unit/TextureAtlasTest)")
 # The memory of a frame is counted by what the C library of Linux says of its blocks.

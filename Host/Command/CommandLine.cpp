@@ -6,11 +6,13 @@
 #include <vector>
 
 #include "Host/Command/AboutCommand.h"
-#include "Host/Command/BoundsCommand.h"
 #include "Host/Command/CheckCommand.h"
-#include "Host/Command/EditCommand.h"
 #include "Host/Command/ExitGuard.h"
 #include "Host/Command/LoadedModule.h"
+#ifdef TESSAVOY_DIALOG_SCRIPTS
+#include "Host/Command/BoundsCommand.h"
+#include "Host/Command/EditCommand.h"
+#endif
 #ifdef TESSAVOY_PANEL_PICTURES
 #include "Host/Command/PanelCommand.h"
 #endif
@@ -139,19 +141,23 @@ private:
     }
 
     void addBounds() {
+#ifdef TESSAVOY_DIALOG_SCRIPTS
         auto* bounds = addSubcommand("bounds", "the depth range of a frame, as the effect's dialog shows it",
                                      " scene.json --frame 12",
                                      [this] { return printBounds(mOptions.scene, mOptions.module, mFrame, mOutput); });
         addScene(bounds);
         bounds->add_option("--frame", mFrame, "the frame, from 0 (default: 0)")->type_name("N");
         addModule(bounds);
+#endif
     }
 
     void addEdit() {
+#ifdef TESSAVOY_DIALOG_SCRIPTS
         auto* edit = addSubcommand("edit", "the script of the scene in your editor ($VISUAL, $EDITOR)", " scene.json",
                                    [this] { return editScript(mOptions.scene, mOptions.module, mOutput); });
         addScene(edit);
         addModule(edit);
+#endif
     }
 
     void addPanel() {
@@ -251,8 +257,8 @@ private:
 
     OutputChannel& mOutput;
     RenderOptions mOptions;
-    std::filesystem::path mFile;  // that a command writes, other than frames
-    int mFrame = 0;               // of `bounds`
+    std::filesystem::path mFile;      // that a command writes, other than frames
+    [[maybe_unused]] int mFrame = 0;  // of `bounds`
 #ifdef TESSAVOY_PANEL_PICTURES
     PanelOptions mPanelOptions;
 #endif

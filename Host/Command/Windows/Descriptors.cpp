@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <string>
+#include <cstdio>
 
 #include "Host/Windows/WindowsHeader.h"
 

@@ -38,6 +38,20 @@ TEST(CommandOutputPattern, TheSuffixNamesTheFormat) {
     EXPECT_EQ(OutputPattern("a.pam").format(), FileFormat::Pam);
 }
 
+TEST(CommandOutputPattern, EveryFormatHasOneUsualSuffix) {
+    std::vector<std::string> suffixes;
+    for (const auto& known : usualSuffixes()) {
+        suffixes.emplace_back(known.suffix);
+        EXPECT_EQ(OutputPattern("a" + suffixes.back()).format(), known.format);
+    }
+    EXPECT_EQ(suffixes, (std::vector<std::string>{".png", ".tif", ".exr", ".pam"}));
+}
+
+TEST(CommandOutputPattern, TheExampleIsAPatternItself) {
+    EXPECT_EQ(namePattern(), "out.####.png");
+    EXPECT_TRUE(OutputPattern(namePattern()).isNumbered());
+}
+
 TEST(CommandOutputPattern, OtherSuffixesAreRefused) {
     for (const std::string text : {"", "a", "a.jpg", "a.png/", "a.png.gz", ".png", "####"}) {
         EXPECT_EQ(refusal(text),

@@ -203,6 +203,12 @@ TEST(ImageFilesWriteDeath, AFileThatMustNotBeReadIsTold) {
         testing::ExitedWithCode(0), "");
 }
 
+TEST(ImageFilesWrite, AlternativesAreNamedInWords) {
+    EXPECT_EQ(alternatives({"PAM"}), "PAM");
+    EXPECT_EQ(alternatives({"PNG", "PAM"}), "PNG or PAM");
+    EXPECT_EQ(alternatives({"PNG", "EXR", "PAM"}), "PNG, EXR or PAM");
+}
+
 TEST(ImageFilesWrite, ThreadsWriteSideBySide) {
     const TestFolder folder;
     std::vector<std::thread> threads;
@@ -238,6 +244,13 @@ TEST(AtomicFile, IsGoneWithoutCommit) {
         EXPECT_EQ(folder.fileCount(), 1);
     }
     EXPECT_EQ(folder.fileCount(), 0);
+}
+
+TEST(AtomicFile, TellsWhyAFolderTakesNoFiles) {
+    const TestFolder folder;
+    EXPECT_EQ(reasonAgainstFiles(folder.path()), std::nullopt);
+    EXPECT_EQ(folder.fileCount(), 0);
+    EXPECT_EQ(reasonAgainstFiles(folder / "none"), "No such file or directory");
 }
 
 TEST(AtomicFile, SeeksOverwritesAndReadsBack) {
