@@ -12,4 +12,9 @@ list(FILTER windows_test_sources EXCLUDE REGEX "/(HeapUse|FrameMemoryTest)\\.cpp
 add_executable(TessavoyWindowsTests ${windows_test_sources})
 add_dependencies(TessavoyWindowsTests Tessavoy)
 target_link_libraries(TessavoyWindowsTests PRIVATE TessavoyEffect TessavoyHost GTest::gtest GTest::gmock GTest::gtest_main)
+# Each contexts' test loads the module anew, which it can only while no other test keeps it.
+add_test(NAME WindowsContexts COMMAND TessavoyWindowsTests --gtest_filter=WglContext*)
+add_test(NAME WindowsDeaths COMMAND TessavoyWindowsTests --gtest_filter=*DeathTest*)
+add_test(NAME WindowsClassesAndModule COMMAND TessavoyWindowsTests --gtest_filter=-WglContext*:*DeathTest*)
+set_tests_properties(WindowsContexts WindowsDeaths WindowsClassesAndModule PROPERTIES TIMEOUT 600)
 target_compile_definitions(TessavoyWindowsTests PRIVATE "TESSAVOY_MODULE=\"$<TARGET_FILE:Tessavoy>\"")

@@ -205,6 +205,11 @@ double largestDifference(const World& first, const World& second) {
 }
 
 HostOptions forThisSystem(HostOptions options) {
+#ifdef _WIN32
+    // As in the application, the file stays loaded. The module leaves the classes of its windows to the process, and
+    // loaded anew would take their names again.
+    static const ModuleLoader stays{std::filesystem::path(TESSAVOY_MODULE)};
+#endif
     options.contextsForWine = runsUnderWine();
     return options;
 }

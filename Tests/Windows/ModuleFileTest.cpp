@@ -1,5 +1,6 @@
 #include "Host/EffectHost.h"
 #include "HostInterface/Effect.h"
+#include "Tests/Module/ModuleFixture.h"
 #include "Tests/Windows/ExecutableFile.h"
 
 #include <gmock/gmock.h>
@@ -119,7 +120,7 @@ TEST_F(PluginResource, TellsItsVersions) {
 
 // The application compares them when it loads the module, and complains of a difference.
 TEST_F(PluginResource, AgreesWithWhatTheModuleAnswers) {
-    const TessavoyHost::EffectHost host{std::filesystem::path(TESSAVOY_MODULE)};
+    const TessavoyHost::EffectHost host(std::filesystem::path(TESSAVOY_MODULE), TessavoyHost::forThisSystem());
     const auto& description = host.description();
     EXPECT_EQ(numberOf("eVER"), description.version);
     EXPECT_EQ(numberOf("eGLO"), static_cast<std::uint32_t>(description.outFlags));

@@ -133,7 +133,8 @@ struct Recorder {
     static inline decltype(&::wglMakeCurrent) makeCurrentBefore = nullptr;
     static BOOL WINAPI makeCurrent(HDC device, HGLRC current) {
         const BOOL made = makeCurrentBefore(device, current);
-        calls->note("wglMakeCurrent " + window(windowOf(device)) + " " + context(current) + (made ? "" : " refused"));
+        calls->note("wglMakeCurrent " + window(windowOf(device)) + " " + context(current) +
+                    (made || current == nullptr ? "" : " refused"));
         return made;
     }
 

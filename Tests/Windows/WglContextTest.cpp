@@ -24,6 +24,14 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+const std::string className = "AESDK_OpenGL_Tessavoy_Win_Class";
+
+bool isOurs(HWND window) {
+    char name[64] = {};
+    GetClassNameA(window, name, sizeof name);
+    return std::string(name).starts_with(className);
+}
+
 /// Loads the module with its calls noted; under Wine behind what makes its contexts work there.
 class WglContext : public testing::Test {
 protected:
@@ -38,6 +46,7 @@ protected:
         host.reset();
         EXPECT_NE(FreeLibrary(mModule), FALSE);
         EXPECT_EQ(GetModuleHandleA("Tessavoy.aex"), nullptr) << "the module is still loaded";
+        freeClasses();
     }
 
     void setUp() { host.emplace(std::filesystem::path(TESSAVOY_MODULE), HostOptions{}); }
@@ -52,11 +61,28 @@ protected:
     std::optional<EffectHost> host;
 
 private:
+    static constexpr int mostClasses = 250;
+
+    static BOOL CALLBACK destroyOurs(HWND window, LPARAM) {
+        if (isOurs(window)) {
+            DestroyWindow(window);
+        }
+        return TRUE;
+    }
+
+    /// The module leaves its classes to the process, and when it is loaded anew begins with their first name again.
+    static void freeClasses() {
+        EnumWindows(destroyOurs, 0);
+        for (int number = 0; number < mostClasses; ++number) {
+            UnregisterClassA((className + std::to_string(number)).c_str(), GetModuleHandleA(nullptr));
+        }
+    }
+
     HMODULE mModule;
 };
 
 std::vector<std::string> windowCalls(int number) {
-    const std::string name = "AESDK_OpenGL_Tessavoy_Win_Class" + std::to_string(number);
+    const std::string name = className + std::to_string(number);
     const std::string window = "window " + std::to_string(number);
     return {"RegisterClassExA " + name + " style 3",
             "CreateWindowExA 40100 " + name + " \"OpenGL-using FBOs in AE\" style 0 at 0,0 of 8x8: " + window,
@@ -138,11 +164,7 @@ TEST_F(WglContext, ADriverWithoutCreateContextFailsTheSetUp) {
 }
 
 BOOL CALLBACK countOurWindows(HWND window, LPARAM count) {
-    char name[64] = {};
-    GetClassNameA(window, name, sizeof name);
-    if (std::string(name).starts_with("AESDK_OpenGL_Tessavoy")) {
-        ++*reinterpret_cast<int*>(count);
-    }
+    *reinterpret_cast<int*>(count) += isOurs(window);
     return TRUE;
 }
 
