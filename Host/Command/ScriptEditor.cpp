@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Host/Command/Descriptors.h"
 #include "Host/Command/EditorText.h"
 #include "Host/Command/StandardError.h"
 #include "Host/Dialogs/InterpreterText.h"
