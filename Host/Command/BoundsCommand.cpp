@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Host/Command/ExitGuard.h"
+#include "Host/Command/FrameList.h"
 #include "Host/Command/LoadedModule.h"
 #include "Host/Command/ScriptMessages.h"
 #include "Host/Command/StandardError.h"
@@ -31,14 +32,6 @@ public:
 
     std::string text;
 };
-
-void checkFrame(int frame, const Composition& composition) {
-    if (frame < 0 || frame >= composition.frameCount()) {
-        throw HostError(ExitStatus::CommandLine, "--frame: frame " + std::to_string(frame) +
-                                                     " lies outside the composition, whose frames are 0 to " +
-                                                     std::to_string(composition.frameCount() - 1));
-    }
-}
 
 // The parameters that the button checks out are left to the host, as they are meant to be, so what the command left out
 // is not told.
@@ -81,7 +74,7 @@ ExitStatus printBounds(const std::filesystem::path& scene, const std::filesystem
     std::unique_ptr<EffectInstance> instance;
     return decideStatus([&] {
         const Project project = readScene(text, module.table(), {}, imageFileAccess());
-        checkFrame(frame, project.composition);
+        checkFrame(frame, project.composition.frameCount());
         instance = module.host().createInstance(project);
         const ScriptSource script = scriptSourceOf(project, scene);
         if (const auto problem = scriptProblem(*instance, module.table(), script)) {

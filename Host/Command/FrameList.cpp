@@ -14,6 +14,11 @@ namespace {
     throw HostError(ExitStatus::CommandLine, "--frames: " + text);
 }
 
+std::string outsideInWords(std::int64_t frame, int frameCount) {
+    return "frame " + std::to_string(frame) + " lies outside the composition, whose frames are 0 to " +
+           std::to_string(frameCount - 1);
+}
+
 std::string quoted(std::string_view text) {
     return '"' + std::string(text) + '"';
 }
@@ -105,8 +110,7 @@ void checkRange(const FrameRange& range, std::string_view part, int frameCount) 
         refuse(quoted(part) + ": the step must be at least 1");
     }
     if (range.last >= frameCount) {
-        refuse("frame " + std::to_string(std::max(range.first, std::min(range.last, frameCount))) +
-               " lies outside the composition, whose frames are 0 to " + std::to_string(frameCount - 1));
+        refuse(outsideInWords(std::max(range.first, std::min(range.last, frameCount)), frameCount));
     }
 }
 
@@ -139,6 +143,12 @@ void refuseRepetitions(std::vector<int> frames) {
 }
 
 }  // namespace
+
+void checkFrame(int frame, int frameCount) {
+    if (frame < 0 || frame >= frameCount) {
+        throw HostError(ExitStatus::CommandLine, "--frame: " + outsideInWords(frame, frameCount));
+    }
+}
 
 std::vector<int> parseFrameList(const std::string& list, int frameCount) {
     std::vector<int> frames;

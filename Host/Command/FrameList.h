@@ -14,6 +14,9 @@ inline constexpr int mostFrames = 10'000'000;
 // frames than one run takes; all but the third before any memory is taken for the frames.
 std::vector<int> parseFrameList(const std::string& list, int frameCount);
 
+// Of an option that names one frame. Throws HostError(CommandLine) for a frame outside.
+void checkFrame(int frame, int frameCount);
+
 // Frames in rising order as such a list, runs as ranges: "0-3, 7".
 std::string framesInWords(std::vector<int> frames);
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "Host/Command/ExitGuard.h"
+#include "Host/Command/FrameList.h"
 #include "Host/Command/LoadedModule.h"
 #include "Host/Command/OutputChecks.h"
 #include "Host/Command/StandardError.h"
@@ -31,13 +32,6 @@ OutputPattern pictureFile(const std::string& text) {
         refuse("--output: \"" + text + "\" must end in .png");
     }
     return pattern;
-}
-
-void checkFrame(int frame, const Composition& composition) {
-    if (frame < 0 || frame >= composition.frameCount()) {
-        refuse("--frame: there is no frame " + std::to_string(frame) + "; the composition has frames 0 to " +
-               std::to_string(composition.frameCount() - 1));
-    }
 }
 
 bool isThere(const std::filesystem::path& file, const PanelLayout& layout) {
@@ -87,7 +81,7 @@ ExitStatus drawPanel(const RenderOptions& options, const PanelOptions& panel, Ou
     std::unique_ptr<EffectInstance> instance;
     return decideStatus([&] {
         const Project project = readScene(scene, module.table(), options.overrides, imageFileAccess());
-        checkFrame(panel.frame, project.composition);
+        checkFrame(panel.frame, project.composition.frameCount());
         checkFolder(pattern);
         checkExistingFiles(pattern, {panel.frame}, options.existing);
         instance = module.host().createInstance(project);

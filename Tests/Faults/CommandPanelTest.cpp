@@ -104,7 +104,7 @@ TEST_F(PanelCommand, RefusesWhatItCanNotDo) {
     expectRefusal("panel scene.json -o no/panel.png", 2, "there is no folder");
     expectRefusal("panel scene.json -o panel.png --width 10", 2, "--width");
     expectRefusal("panel scene.json -o panel.png --width 100000", 2, "--width");
-    expectRefusal("panel scene.json -o panel.png --frame 10", 2, "the composition has frames 0 to 9");
+    expectRefusal("panel scene.json -o panel.png --frame 10", 2, "whose frames are 0 to 9");
     expectRefusal("panel scene.json -o panel.png --frame x", 2, "--frame");
     expectRefusal("panel scene.json -o panel.png --depth 8", 2, "--depth");
     expectRefusal("panel scene.json -o panel.png --set CountY=x", 2, "CountY");
