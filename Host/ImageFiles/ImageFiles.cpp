@@ -44,16 +44,17 @@ constexpr Writer writers[] = {
     {FileFormat::Pam, writePam},
 };
 
-constexpr const Writer& writerOf(FileFormat format) {
+const Writer& writerOf(FileFormat format) {
     return *std::find_if(std::begin(writers), std::end(writers),
                          [format](const Writer& w) { return w.format == format; });
 }
 
-constexpr FileSuffix suffixOf(FileFormat format, std::string_view suffix, std::string_view depths) {
+FileSuffix suffixOf(FileFormat format, std::string_view suffix, std::string_view depths) {
     return {suffix, format, depths, writerOf(format).write != nullptr};
 }
 
-constexpr FileSuffix suffixes[] = {
+// Made at the start of the program: with instrumented code the address of a function is no constant.
+const FileSuffix suffixes[] = {
     suffixOf(FileFormat::Png, ".png", "8 or 16 bits"), suffixOf(FileFormat::Tiff, ".tif", "any depth"),
     suffixOf(FileFormat::Tiff, ".tiff", "any depth"),  suffixOf(FileFormat::Exr, ".exr", "float"),
     suffixOf(FileFormat::Pam, ".pam", "8 or 16 bits"),
