@@ -33,8 +33,15 @@ public:
     std::string text;
 };
 
-// The parameters that the button checks out are left to the host, as they are meant to be, so what the command left out
-// is not told.
+// The parameters that the button checks out are left to the host, as they are meant to be; everything else is told.
+void tellBroken(const CommandResult& result) {
+    for (const std::string& broken : result.broken) {
+        if (broken.find("not given back: parameter") == std::string::npos) {
+            writeStandardError("tessavoy: the module: " + broken + '\n');
+        }
+    }
+}
+
 CommandResult pressButton(EffectInstance& instance, int index, int frame) {
     PF_UserChangedParamExtra extra{};
     extra.param_index = index;
@@ -50,6 +57,7 @@ std::string boundsText(EffectInstance& instance, const LoadedModule& module, int
     serveDialogs(instance.host().services(), reader);
     const CommandResult result = pressButton(instance, *index, frame);
     instance.host().services().hooks.runScript = nullptr;
+    tellBroken(result);
     if (result.error != PF_Err_NONE) {
         const std::string what = "measuring the depths of frame " + std::to_string(frame);
         throw HostError(ExitStatus::FrameFailed,

@@ -13,6 +13,7 @@
 #include "Host/Command/StandardError.h"
 #include "Host/Dialogs/DialogScript.h"
 #include "Host/Dialogs/InterpreterText.h"
+#include "Host/Drawing/PanelReader.h"
 #include "Host/ErrorTexts.h"
 #include "Host/ImageFiles/AtomicFile.h"
 #include "Host/Scene/Files.h"
@@ -42,16 +43,10 @@ long lineOf(const std::string& text, std::size_t place) {
 
 // A click into the control, as the panel sends it.
 CommandResult clickControl(EffectInstance& instance, int parameter) {
-    PF_Context context{};
-    context.w_type = PF_Window_EFFECT;
-    PF_Context* contextPointer = &context;
-    PF_EventExtra extra{};
-    extra.contextH = &contextPointer;
-    extra.e_type = PF_Event_DO_CLICK;
-    extra.u.do_click.num_clicks = 1;
-    extra.effect_win.index = parameter;
-    extra.effect_win.area = PF_EA_CONTROL;
-    return instance.command(PF_Cmd_EVENT, 0, &extra);
+    PanelReader panel(instance);
+    PF_EventExtra event = panel.eventOf(PF_Event_DO_CLICK, parameter, PF_Rect{});
+    event.u.do_click.num_clicks = 1;
+    return instance.command(PF_Cmd_EVENT, 0, &event);
 }
 
 // Over a link the file that it leads to; with the permissions that were there.

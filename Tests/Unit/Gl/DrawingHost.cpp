@@ -1,11 +1,10 @@
 #include "Tests/Unit/Gl/DrawingHost.h"
 
-#include "HostInterface/SuiteIdentity.h"
+#include "Tests/Support/SuiteTable.h"
 
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
 #include <list>
 
 namespace Tessavoy::Testing {
@@ -218,18 +217,7 @@ const PF_HandleSuite1 handleSuite = {newHandle, lockHandle, unlockHandle, dispos
 const PF_PixelDataSuite1 pixelDataSuite = {pixelData8, pixelData16, pixelDataFloat};
 const PF_iterateFloatSuite1 iterateFloatSuite = {iterateFloat, nullptr, nullptr};
 
-struct SuiteEntry {
-    const char* name;
-    A_long version;
-    const void* table;
-};
-
-template <class Suite>
-SuiteEntry entryOf(const Suite& table) {
-    return {SuiteIdentity<Suite>::name, SuiteIdentity<Suite>::version, &table};
-}
-
-const std::vector<SuiteEntry>& suiteEntries() {
+const void* suiteTable(const char* name, std::int32_t version) {
     static const AEGP_PFInterfaceSuite1 interfaceSuite = [] {
         AEGP_PFInterfaceSuite1 suite{};
         suite.AEGP_GetEffectLayer = getEffectLayer;
@@ -257,21 +245,18 @@ const std::vector<SuiteEntry>& suiteEntries() {
         suite.AEGP_GetLayerDuration = getDuration;
         return suite;
     }();
-    static const std::vector<SuiteEntry> entries = {
-        entryOf(handleSuite), entryOf(pixelDataSuite), entryOf(iterateFloatSuite), entryOf(interfaceSuite),
-        entryOf(effectSuite), entryOf(streamSuite),    entryOf(layerSuite)};
-    return entries;
+    return tableFor(name, version, handleSuite, pixelDataSuite, iterateFloatSuite, interfaceSuite, effectSuite,
+                    streamSuite, layerSuite);
 }
 
 SPErr acquireSuite(const char* name, std::int32_t version, const void** suite) {
-    for (const SuiteEntry& entry : suiteEntries()) {
-        if (!host->missingSuites.contains(name) && entry.version == version && std::strcmp(entry.name, name) == 0) {
-            ++host->suitesOut;
-            *suite = entry.table;
-            return 0;
-        }
+    const void* table = host->missingSuites.contains(name) ? nullptr : suiteTable(name, version);
+    if (table == nullptr) {
+        return -1;
     }
-    return -1;
+    ++host->suitesOut;
+    *suite = table;
+    return 0;
 }
 
 SPErr releaseSuite(const char*, std::int32_t) {
