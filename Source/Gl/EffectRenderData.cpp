@@ -9,6 +9,7 @@
 #include <glbinding/gl33core/gl.h>
 
 #include <iostream>
+#include <mutex>
 #include <sstream>
 
 using namespace gl33core;
@@ -17,13 +18,16 @@ namespace Tessavoy::AESDK_OpenGL {
 
 namespace {
 
-/// Written in one piece, because several threads may set their contexts up at once.
+/// Written in one piece and under a lock, because several threads may set their contexts up at once: a host may have
+/// put a stream buffer of its own in place, and unlike the console's those are not safe to write from several threads.
 void printDescription() {
     std::ostringstream text;
     text << "\nOpenGL Version:  " << glbinding::ContextInfo::version()   //
          << "\nOpenGL Vendor:   " << glbinding::ContextInfo::vendor()    //
          << "\nOpenGL Renderer: " << glbinding::ContextInfo::renderer()  //
          << "\nOpenGL Revision: " << glbinding::Meta::glRevision() << " (gl.xml)\n\n";
+    static std::mutex output;
+    const std::lock_guard lock(output);
     std::cout << text.str() << std::flush;
 }
 

@@ -1,4 +1,7 @@
 #include <atomic>
+#include <chrono>
+#include <iostream>
+#include <streambuf>
 #include <thread>
 
 #include "Tests/Module/ModuleFixture.h"
@@ -74,6 +77,38 @@ TEST_F(ModuleThreads, MayRenderSeveralInstancesAtOnce) {
 }
 
 #ifndef _WIN32  // where the module has a standard output stream of its own
+
+/// A stream buffer that stands the writes of one thread only, as most do, and tells whether two met in it.
+class OneWriterBuffer : public std::streambuf {
+public:
+    bool writersMet() const { return mMet; }
+    int writes() const { return mWrites; }
+
+protected:
+    std::streamsize xsputn(const char*, std::streamsize size) override {
+        if (mInside++ > 0)
+            mMet = true;
+        ++mWrites;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));  // so that a second writer would come in
+        --mInside;
+        return size;
+    }
+
+private:
+    std::atomic<int> mInside = 0, mWrites = 0;
+    std::atomic<bool> mMet = false;
+};
+
+// A host may have put a stream buffer of its own behind the standard output stream.
+TEST_F(ModuleThreads, DescribeTheirContextsOneAfterTheOther) {
+    const auto instance = instanceOf(fourSquaresScene());
+    OneWriterBuffer buffer;
+    std::streambuf* const previous = std::cout.rdbuf(&buffer);
+    renderAll(*instance, 8, 8);
+    std::cout.rdbuf(previous);
+    EXPECT_GE(buffer.writes(), 2);
+    EXPECT_FALSE(buffer.writersMet());
+}
 
 // Each thread that renders gets a context of its own, which lasts until the set-down.
 TEST_F(ModuleThreads, MakeOneContextEach) {
