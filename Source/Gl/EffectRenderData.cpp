@@ -33,14 +33,24 @@ void printDescription() {
 
 }  // namespace
 
-AESDK_OpenGL_EffectCommonData::~AESDK_OpenGL_EffectCommonData() = default;
+AESDK_OpenGL_EffectCommonData::~AESDK_OpenGL_EffectCommonData() {
+    endContext();
+}
+
+void AESDK_OpenGL_EffectCommonData::endContext() noexcept {
+    if (mContext != nullptr) {
+        giveFunctionTableBack(mContext->handle());
+        mContext.reset();
+    }
+}
 
 void AESDK_OpenGL_EffectCommonData::SetUpContext(const AESDK_OpenGL_EffectCommonData* common) {
     if (common != nullptr && common->mContext == nullptr) {
         throw AESDK_OpenGL_Fault(faultContext);
     }
+    endContext();  // of an attempt that failed
     mContext = createPlatformContext(common != nullptr ? common->mContext.get() : nullptr);
-    MakeContextCurrent();  // also because the context of an attempt that failed took the new one away as it went
+    MakeContextCurrent();
     printDescription();
     extensions = glbinding::ContextInfo::extensions();
     glGetIntegerv(GL_MAX_ARRAY_TEXTURE_LAYERS, &maxArrayTextureLayers);

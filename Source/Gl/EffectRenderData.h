@@ -27,7 +27,7 @@ public:
 
     /// Creates the context, shared with that of `common` when one is given (null: this is the common one), leaves it
     /// current, prints its description to the standard output stream and reads the limits. Throws AESDK_OpenGL_Fault
-    /// with code 1 when any step fails; it may then be called again.
+    /// with code 1 when any step fails; it may then be called again, and ends what the failed attempt made.
     void SetUpContext(const AESDK_OpenGL_EffectCommonData* common);
 
     /// Makes the context current on the calling thread. Throws AESDK_OpenGL_Fault with code 1 when that fails.
@@ -43,6 +43,8 @@ protected:
     bool tryMakeCurrent();
 
 private:
+    void endContext() noexcept;
+
     std::unique_ptr<PlatformContext> mContext;
 };
 

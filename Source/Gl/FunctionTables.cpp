@@ -3,9 +3,10 @@
 #include <glbinding/Binding.h>
 
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <mutex>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 namespace Tessavoy::AESDK_OpenGL {
@@ -13,7 +14,7 @@ namespace Tessavoy::AESDK_OpenGL {
 namespace {
 
 /// How many contexts a block of slots serves: 3 MB of tables, enough for any usual host at once.
-constexpr int contextsPerBlock = 63;
+constexpr std::size_t contextsPerBlock = 64;
 
 thread_local int usesOfThread = 0;
 
@@ -52,26 +53,34 @@ private:
     int mCount = 0;
 };
 
-/// Which contexts have a slot. glbinding numbers a new context by how many it knows, so that number grows with each
-/// block's marker and with each context, and never falls.
+/// Which context has which slot. To glbinding a slot is a name that it was once told, and it numbers names by how many
+/// it knows; so names are only ever added, and the contexts take turns with them.
 class Slots {
 public:
-    void use(std::intptr_t contextHandle) {
-        takeSlot(contextHandle);
-        glbinding::Binding::useContext(contextHandle);
+    void use(std::intptr_t contextHandle) { glbinding::Binding::useContext(slotOf(contextHandle)); }
+
+    void giveBack(std::intptr_t contextHandle) noexcept {
+        const std::lock_guard lock(mMutex);
+        if (const auto found = mTaken.find(contextHandle); found != mTaken.end()) {
+            mFree.push_back(found->second);  // there is room for every slot
+            mTaken.erase(found);
+        }
     }
 
     Readers& readers() { return mReaders; }
 
 private:
-    void takeSlot(std::intptr_t contextHandle) {
+    glbinding::ContextHandle slotOf(std::intptr_t contextHandle) {
         std::unique_lock lock(mMutex);
-        while (!mKnown.contains(contextHandle)) {
-            if (mFree > 0) {
-                glbinding::Binding::initialize(contextHandle, false, false);
-                mKnown.insert(contextHandle);
-                --mFree;
-                return;
+        for (;;) {
+            if (const auto found = mTaken.find(contextHandle); found != mTaken.end()) {
+                return found->second;
+            }
+            if (!mFree.empty()) {
+                const glbinding::ContextHandle slot = mFree.back();
+                mTaken.emplace(contextHandle, slot);
+                mFree.pop_back();
+                return slot;
             }
             lock.unlock();
             mReaders.runAlone(usesOfThread > 0, [this] { addBlockIfNeeded(); });
@@ -81,32 +90,27 @@ private:
 
     void addBlockIfNeeded() {
         const std::lock_guard lock(mMutex);
-        if (mFree == 0) {
+        if (mFree.empty()) {
             addBlock();
-            mFree = contextsPerBlock;
         }
     }
 
-    /// Registers one name per slot and takes all but the last back. The tables keep the length that the last name's
-    /// slot gave them, while the numbers of the others are free for contexts. The names are addresses of objects that
-    /// live for ever, so that no context can have the same handle.
+    /// The names are addresses of objects that live for ever, so that no context of the host's own glbinding calls has
+    /// the same one.
     void addBlock() {
-        std::vector<glbinding::ContextHandle> names;
-        for (int slot = 0; slot <= contextsPerBlock; ++slot) {
-            names.push_back(reinterpret_cast<glbinding::ContextHandle>(&mNames.emplace_back()));
-            glbinding::Binding::initialize(names.back(), false, false);
-        }
-        names.pop_back();
-        for (const glbinding::ContextHandle name : names) {
-            glbinding::Binding::releaseContext(name);
+        mFree.reserve(mNames.size() + contextsPerBlock);
+        for (std::size_t slot = 0; slot < contextsPerBlock; ++slot) {
+            const auto name = reinterpret_cast<glbinding::ContextHandle>(&mNames.emplace_back());
+            glbinding::Binding::initialize(name, false, false);
+            mFree.push_back(name);
         }
     }
 
     Readers mReaders;
     std::mutex mMutex;
-    std::unordered_set<std::intptr_t> mKnown;
+    std::unordered_map<std::intptr_t, glbinding::ContextHandle> mTaken;
+    std::vector<glbinding::ContextHandle> mFree;
     std::deque<char> mNames;
-    int mFree = 0;
 };
 
 /// Never destroyed: threads may still be drawing when the process runs its exit handlers.
@@ -131,6 +135,10 @@ FunctionTableUse::~FunctionTableUse() {
 
 void useFunctionTable(std::intptr_t contextHandle) {
     slots().use(contextHandle);
+}
+
+void giveFunctionTableBack(std::intptr_t contextHandle) noexcept {
+    slots().giveBack(contextHandle);
 }
 
 }  // namespace Tessavoy::AESDK_OpenGL

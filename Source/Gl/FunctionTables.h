@@ -21,10 +21,15 @@ public:
 
 /// Points the calling thread's GL calls at the table of the context with this native handle, which is current on the
 /// thread. On first sight of the handle a slot is taken for it; entry points are resolved at their first call. A slot
-/// is never given back: a later context under the same handle finds it again.
+/// that an ended context has given back keeps what that one resolved: all contexts are asked of the same driver, with
+/// the same pixel format, for which entry points are the same.
 ///
 /// When all reserved slots are taken (once in many contexts), the call waits until no other thread is in a frame. So a
 /// thread that is in a frame must not wait for another thread's first frame.
 void useFunctionTable(std::intptr_t contextHandle);
+
+/// Ends the use of the table that this context has, so that a later context may take it. To be called before the
+/// context goes, since its handle may be another's at once. A context without a table is nothing to this.
+void giveFunctionTableBack(std::intptr_t contextHandle) noexcept;
 
 }  // namespace Tessavoy::AESDK_OpenGL

@@ -43,15 +43,44 @@ TEST(FunctionTables, everyContextHasATableOfItsOwnAcrossSeveralBlocks) {
     }
 }
 
+// Far more contexts than a block has tables for, one after the other: each takes the one that the last gave back.
+TEST(FunctionTables, aTableThatWasGivenBackServesTheNextContext) {
+    const FunctionTableUse use;
+    const std::intptr_t first = inventedHandle();
+    useFunctionTable(first);
+    glbinding::Binding::Clear.setCallbackMask(CallbackMask::Parameters);
+    giveFunctionTableBack(first);
+    for (int i = 0; i < 1000; ++i) {
+        const std::intptr_t later = inventedHandle();
+        useFunctionTable(later);
+        ASSERT_EQ(glbinding::Binding::Clear.callbackMask(), CallbackMask::Parameters);
+        giveFunctionTableBack(later);
+    }
+    glbinding::Binding::Clear.setCallbackMask(CallbackMask::None);
+}
+
+TEST(FunctionTables, aTableIsGivenBackOnce) {
+    const FunctionTableUse use;
+    const std::intptr_t ended = inventedHandle();
+    giveFunctionTableBack(ended);  // which has none yet
+    useFunctionTable(ended);
+    giveFunctionTableBack(ended);
+    giveFunctionTableBack(ended);
+    useFunctionTable(inventedHandle());
+    glbinding::Binding::Clear.setCallbackMask(CallbackMask::Parameters);
+    useFunctionTable(inventedHandle());
+    EXPECT_EQ(glbinding::Binding::Clear.callbackMask(), CallbackMask::None);
+}
+
 TEST(FunctionTables, entryPointsAreResolvedAtTheirFirstCall) {
     const Testing::QuietOutput quiet;
     const StateRestorer restorer;
     AESDK_OpenGL_EffectCommonData data;
     data.SetUpContext(nullptr);
     useFunctionTable(inventedHandle());
-    EXPECT_FALSE(glbinding::Binding::IsTexture.isResolved());
-    gl::glIsTexture(1);
-    EXPECT_TRUE(glbinding::Binding::IsTexture.isResolved());
+    EXPECT_FALSE(glbinding::Binding::IsSampler.isResolved());
+    gl::glIsSampler(1);
+    EXPECT_TRUE(glbinding::Binding::IsSampler.isResolved());
 }
 
 TEST(FunctionTables, usesNest) {
