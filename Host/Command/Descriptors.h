@@ -16,8 +16,8 @@ inline constexpr int standardError = 2;
 // no standard output.
 bool prepareStandardDescriptors();
 
-// A copy that programs started from here don't get, above 2. -1 at an error.
-int copyOfDescriptor(int descriptor);
+// A copy that programs started from here don't get, above 2. -1 at an error. Signal handlers may call it.
+int copyOfDescriptor(int descriptor) noexcept;
 
 // Makes one descriptor point where another one does. Signal handlers may call it.
 void pointDescriptor(int descriptor, int where) noexcept;

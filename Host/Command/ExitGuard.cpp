@@ -88,15 +88,28 @@ void tellAsObject(int descriptor, std::string_view words) {
     writeAll(descriptor, line.text());
 }
 
+// A copy of the descriptor, to which nobody else writes: what other threads still have to say goes nowhere, so that
+// the crash is the last that is told.
+int takenFromOthers(int descriptor) {
+    const int copy = copyOfDescriptor(descriptor);
+    if (copy == -1) {
+        return descriptor;
+    }
+    const int nowhere = openNullDevice();
+    pointDescriptor(descriptor, nowhere);
+    closeDescriptor(nowhere);
+    return copy;
+}
+
 void tellOfCrash() {
     StrayLines::endInHandler();  // a failed assertion stands among them
     const FixedText words = crashInWords();
     const Outlets to = outlets();
     if (to.words != -1) {
-        tellInWords(to.words, words.text());
+        tellInWords(takenFromOthers(to.words), words.text());
     }
     if (to.objects != -1) {
-        tellAsObject(to.objects, words.text());
+        tellAsObject(takenFromOthers(to.objects), words.text());
     }
 }
 

@@ -57,6 +57,9 @@ void bringUpToDate(EffectInstance& instance, int frame) {
         throw HostError(ExitStatus::FrameFailed,
                         failureOf("bringing the panel up to date", action.error, action.message));
     }
+    if (!action.message.empty()) {
+        writeStandardError("tessavoy: the module: " + action.message + '\n');
+    }
 }
 
 Image picture(EffectInstance& instance, int frame, const PanelLayout& layout) {

@@ -27,7 +27,7 @@ bool prepareStandardDescriptors() {
     return hadOutput;
 }
 
-int copyOfDescriptor(int descriptor) {
+int copyOfDescriptor(int descriptor) noexcept {
     return ::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
 }
 

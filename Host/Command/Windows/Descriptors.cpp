@@ -69,7 +69,7 @@ bool prepareStandardDescriptors() {
     return hadOutput;
 }
 
-int copyOfDescriptor(int descriptor) {
+int copyOfDescriptor(int descriptor) noexcept {
     const int copy = _dup(descriptor);
     if (copy != -1) {
         SetHandleInformation(reinterpret_cast<HANDLE>(_get_osfhandle(copy)), HANDLE_FLAG_INHERIT, 0);
