@@ -23,11 +23,14 @@ else()
   set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g1")
   set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -g1 -fno-omit-frame-pointer")
   set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g")
+  file(RELATIVE_PATH wayToSource "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}")
+  string(REGEX REPLACE "/$" "" wayToSource "${wayToSource}")
   add_compile_options(
     -ffp-contract=off
     -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wpedantic -Werror
-    # Assertions and reports name a file from the repository's root, wherever it was built.
-    "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+    # Assertions and reports name a file from the repository's root, wherever it was built; a cache of compiled files may
+    # have made the paths relative to the build folder.
+    "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=" "-fmacro-prefix-map=${wayToSource}/=")
 endif()
 
 if(MINGW)

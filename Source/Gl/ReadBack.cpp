@@ -100,8 +100,10 @@ void ReadBackOutput(const AESDK_OpenGL_EffectRenderData& renderData, PF_InData* 
     if (pixelFormat == PF_PixelFormat_ARGB128) {
         copyFloatPixels(suites, inData, block, inputWorld, outputWorld);
     } else if (pixelFormat == PF_PixelFormat_ARGB64 || pixelFormat == PF_PixelFormat_ARGB32) {
-        copyRows(block, firstPixel(inData, outputWorld, pixelFormat), *outputWorld,
-                 static_cast<std::size_t>(bytesPerPixel));
+        if (outputWorld->height > 0) {  // a world without rows may have no address
+            copyRows(block, firstPixel(inData, outputWorld, pixelFormat), *outputWorld,
+                     static_cast<std::size_t>(bytesPerPixel));
+        }
     } else {
         throw Exception(PF_Err_BAD_CALLBACK_PARAM);
     }

@@ -34,6 +34,14 @@ void require(bool succeeded) {
     }
 }
 
+/// For what fails while a context is taken down, where nothing can be done about it: the reason is read, for those who
+/// watch, and dropped.
+void ignoreFailure(bool succeeded) noexcept {
+    if (!succeeded) {
+        GetLastError();
+    }
+}
+
 template <class Function>
 Function entryPoint(const char* name) {
     // Through void*: the compiler would take a direct cast between function types for a mistake.
@@ -104,8 +112,8 @@ class DeviceContext {
 public:
     explicit DeviceContext(HGLRC context) : mContext(context) { require(context != nullptr); }
     ~DeviceContext() {
-        wglMakeCurrent(nullptr, nullptr);
-        wglDeleteContext(mContext);
+        ignoreFailure(wglMakeCurrent(nullptr, nullptr) != FALSE);
+        ignoreFailure(wglDeleteContext(mContext) != FALSE);
     }
     DeviceContext(const DeviceContext&) = delete;
     DeviceContext& operator=(const DeviceContext&) = delete;
@@ -168,17 +176,14 @@ std::unique_ptr<PlatformContext> createPlatformContext(const PlatformContext* co
 
 CurrentContext currentContext() noexcept {
     CurrentContext current;
-    current.drawSurface = wglGetCurrentDC();
     current.context = wglGetCurrentContext();
+    current.drawSurface = wglGetCurrentDC();
     return current;
 }
 
 void restoreContext(const CurrentContext& previous) noexcept {
-    const bool restored =
-        wglMakeCurrent(static_cast<HDC>(previous.drawSurface), static_cast<HGLRC>(previous.context)) != FALSE;
-    if (!restored) {
-        GetLastError();  // so that the failure isn't taken for one of the host's next call
-    }
+    ignoreFailure(wglMakeCurrent(static_cast<HDC>(previous.drawSurface), static_cast<HGLRC>(previous.context)) !=
+                  FALSE);
 }
 
 }  // namespace Tessavoy::AESDK_OpenGL

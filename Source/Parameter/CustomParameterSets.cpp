@@ -7,9 +7,11 @@ namespace Tessavoy {
 
 namespace {
 
+constexpr std::size_t initialBucketCount = 8;
+
 /// The indices of the ten slots of one kind.
 std::unordered_set<A_long> slotIndices(CustomParameterType kind) {
-    std::unordered_set<A_long> indices;
+    std::unordered_set<A_long> indices(initialBucketCount);
     for (A_long slot = 1; slot <= NamedSlots; ++slot) {
         indices.insert(parameterIndex(slotNameId(kind, slot)));
     }
@@ -35,7 +37,7 @@ const std::unordered_set<A_long>& rampParamIds() {
 }
 
 const std::unordered_set<A_long>& scriptParamIds() {
-    static const std::unordered_set<A_long> indices = {parameterIndex("Script")};
+    static const std::unordered_set<A_long> indices({parameterIndex("Script")}, initialBucketCount);
     return indices;
 }
 

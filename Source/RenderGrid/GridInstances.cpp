@@ -105,15 +105,17 @@ void GridInstances::evaluateAndLayOutAll() {
     }
 }
 
-/// The first part of the next cell, or null if it has none. The checked accesses stand for those to every part.
+/// The first part of the next cell, or null if it has none. The checked accesses stand for those to every part, of
+/// which the first is the first to be seen outside.
 InstancePart* GridInstances::nextRun(A_long partsCount) {
     const std::int64_t first = mNextPart;
     mNextPart += partsCount;
     if (partsCount < 1) {
         return nullptr;
     }
+    InstancePart* run = &mParts[elementIndex(first)];
     static_cast<void>(mParts[elementIndex(mNextPart - 1)]);
-    return &mParts[elementIndex(first)];
+    return run;
 }
 
 /// Hands out the parts of a block's cells, places their points and counts what they will draw. Cells that draw the same

@@ -84,6 +84,17 @@ TEST_F(ModuleScript, PaintsAndShapesCells) {
     expectPicture(render(scripted(fourSquaresScene(), "angle = 90 angleOffset = 45")).output, fourSquares());
 }
 
+// The offset may be set and is of no use: not even to a triangle, which no multiple of a right angle turns onto itself.
+TEST_F(ModuleScript, AnAngleOffsetTurnsNothing) {
+    const auto triangles = [&](const std::string& more) {
+        return bytesOf(render(scripted(fourSquaresScene(), "partsCount = 3 " + more)).output);
+    };
+    const auto plain = triangles("");
+    EXPECT_NE(triangles("angle = 90"), plain);
+    for (const char* offset : {"45", "90", "180", "-720", "1e9"})
+        EXPECT_EQ(triangles(std::string("angleOffset = ") + offset), plain) << offset;
+}
+
 TEST_F(ModuleScript, KnowsItsFrameAndCell) {
     const ModuleScene scene = scripted(fourSquaresScene(), "x = x + frame + time * 25");
     const auto instance = instanceOf(scene);

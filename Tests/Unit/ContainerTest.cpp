@@ -76,8 +76,8 @@ TEST(Container, ACountThatNoIndexReachesAsksTheHostForNothing) {
 TEST(ContainerDeathTest, AnIndexOutsideStopsTheProcess) {
     FakeHandleHost host;
     Container<Record> records(&host.inData, 5);
-    EXPECT_DEATH(records[-1], "ind >= 0.*Source/Container");
-    EXPECT_DEATH(records[5], "ind < mCount.*Source/Container");
+    EXPECT_DEATH(records[-1], "ind >= 0, file Source/Container");
+    EXPECT_DEATH(records[5], "ind < mCount, file Source/Container");
 }
 
 }  // namespace

@@ -193,7 +193,7 @@ TEST(PathTableBuild, ReadingAsksNothingOfTheHost) {
 TEST(PathTableBuild, ANegativeNumberOfSegmentsStopsTheProcess) {
     FakePathHost host;
     host.path.reportedSegments = -1;
-    EXPECT_DEATH(build(host), "numSegments >= 0.*Source/Path.cpp");
+    EXPECT_DEATH(build(host), "numSegments >= 0, file Source/Path.cpp");
 }
 
 // A square of 100 a side whose last segment leads back to the first vertex.

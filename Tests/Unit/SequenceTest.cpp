@@ -290,9 +290,9 @@ TEST_F(Sequence, RecordIsNullWithoutAHandleOrABlock) {
 TEST_F(Sequence, AskingForTheRecordOfASavedFormIsAnAssertion) {
     setup();
     flatten();
-    EXPECT_DEATH(sequenceData(&host.inData), "!result->flatten");
+    EXPECT_DEATH(sequenceData(&host.inData), "!result->flatten, file Source/Sequence");
     host.absentSuites = {"PF Effect Sequence Data Suite"};
-    EXPECT_DEATH(SequenceAccess(&host.inData), "!result->flatten");
+    EXPECT_DEATH(SequenceAccess(&host.inData), "!result->flatten, file Source/Sequence");
     setdown();
 }
 

@@ -71,15 +71,17 @@ struct Recorder {
         EXPECT_EQ(given->hbrBackground, GetStockObject(BLACK_BRUSH));
         EXPECT_EQ(std::memcmp(&rest, &zeros, sizeof zeros), 0) << "all other fields are zero";
         calls->note(line("RegisterClassExA ", given->lpszClassName, " style ", given->style));
-        return registerClassBefore(given);
+        return calls->refuses("RegisterClassExA") ? ATOM{0} : registerClassBefore(given);
     }
 
     static inline decltype(&::CreateWindowExA) createWindowBefore = nullptr;
     static HWND WINAPI createWindow(DWORD extended, LPCSTR name, LPCSTR title, DWORD style, int x, int y, int width,
                                     int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter) {
         EXPECT_TRUE(parent == nullptr && menu == nullptr && instance == nullptr && parameter == nullptr);
-        const HWND made =
-            createWindowBefore(extended, name, title, style, x, y, width, height, parent, menu, instance, parameter);
+        const HWND made = calls->refuses("CreateWindowExA")
+                              ? nullptr
+                              : createWindowBefore(extended, name, title, style, x, y, width, height, parent, menu,
+                                                   instance, parameter);
         calls->note(line("CreateWindowExA ", std::hex, extended, std::dec, " ", name, " \"", title, "\" style ", style,
                          " at ", x, ",", y, " of ", width, "x", height, ": ", window(made)));
         return made;
@@ -88,7 +90,7 @@ struct Recorder {
     static inline decltype(&::GetDC) getDcBefore = nullptr;
     static HDC WINAPI getDc(HWND of) {
         calls->note("GetDC " + window(of));
-        return getDcBefore(of);
+        return calls->refuses("GetDC") ? nullptr : getDcBefore(of);
     }
 
     static inline decltype(&::ReleaseDC) releaseDcBefore = nullptr;
@@ -108,13 +110,13 @@ struct Recorder {
         told.cDepthBits = 8;
         EXPECT_EQ(std::memcmp(wanted, &told, sizeof told), 0);
         calls->note("ChoosePixelFormat " + window(windowOf(device)));
-        return choosePixelFormatBefore(device, wanted);
+        return calls->refuses("ChoosePixelFormat") ? 0 : choosePixelFormatBefore(device, wanted);
     }
 
     static inline decltype(&::SetPixelFormat) setPixelFormatBefore = nullptr;
     static BOOL WINAPI setPixelFormat(HDC device, int format, const PIXELFORMATDESCRIPTOR* wanted) {
         calls->note("SetPixelFormat " + window(windowOf(device)));
-        return setPixelFormatBefore(device, format, wanted);
+        return calls->refuses("SetPixelFormat") ? FALSE : setPixelFormatBefore(device, format, wanted);
     }
 
     static inline decltype(&::wglCreateContext) createContextBefore = nullptr;
@@ -132,7 +134,7 @@ struct Recorder {
 
     static inline decltype(&::wglMakeCurrent) makeCurrentBefore = nullptr;
     static BOOL WINAPI makeCurrent(HDC device, HGLRC current) {
-        const BOOL made = makeCurrentBefore(device, current);
+        const BOOL made = calls->refuses("wglMakeCurrent") ? FALSE : makeCurrentBefore(device, current);
         calls->note("wglMakeCurrent " + window(windowOf(device)) + " " + context(current) +
                     (made || current == nullptr ? "" : " refused"));
         return made;
@@ -141,7 +143,7 @@ struct Recorder {
     static inline decltype(&::wglShareLists) shareListsBefore = nullptr;
     static BOOL WINAPI shareLists(HGLRC source, HGLRC target) {
         calls->note("wglShareLists " + context(source) + " " + context(target));
-        return shareListsBefore(source, target);
+        return calls->refuses("wglShareLists") ? FALSE : shareListsBefore(source, target);
     }
 
     using CreateContextAttribs = HGLRC(WINAPI*)(HDC, HGLRC, const int*);
@@ -152,7 +154,8 @@ struct Recorder {
             list += line(" ", std::hex, attribute[0], std::dec, "=", attribute[1]);
         }
         EXPECT_EQ(share, nullptr) << "sharing is asked for later";
-        const HGLRC made = createAttribsBefore(device, share, attributes);
+        const HGLRC made =
+            calls->refuses("wglCreateContextAttribsARB") ? nullptr : createAttribsBefore(device, share, attributes);
         calls->note("wglCreateContextAttribsARB " + window(windowOf(device)) + list + ": " + context(made));
         return made;
     }
@@ -232,6 +235,20 @@ int SystemCalls::countOf(const std::string& start) const {
 
 void SystemCalls::pretendExtensions(const std::string& extensions) {
     mExtensions = extensions;
+}
+
+void SystemCalls::refuseOnce(const std::string& function) {
+    const std::lock_guard lock(mMutex);
+    mRefused = function;
+}
+
+bool SystemCalls::refuses(const std::string& function) {
+    const std::lock_guard lock(mMutex);
+    const bool refused = mRefused == function;
+    if (refused) {
+        mRefused.clear();
+    }
+    return refused;
 }
 
 void SystemCalls::note(const std::string& text) {

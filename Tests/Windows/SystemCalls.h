@@ -27,10 +27,14 @@ public:
     /// From now on the driver names only this in its list of extensions; empty: what it has.
     void pretendExtensions(const std::string& extensions);
 
+    /// The next call of this function, of those that make a context, is noted and refused.
+    void refuseOnce(const std::string& function);
+
 private:
     friend struct Recorder;
 
     void note(const std::string& line);
+    bool refuses(const std::string& function);
 
     mutable std::mutex mMutex;
     std::vector<std::string> mNew;
@@ -38,6 +42,7 @@ private:
     std::vector<void*> mWindows;
     std::vector<void*> mContexts;
     std::string mExtensions;
+    std::string mRefused;
 };
 
 }  // namespace Tessavoy

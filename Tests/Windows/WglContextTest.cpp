@@ -166,6 +166,29 @@ TEST_F(WglContext, ADriverWithoutCreateContextFailsTheSetUp) {
     EXPECT_EQ(wglGetCurrentContext(), nullptr);
 }
 
+// Whatever step fails: the frame is out of memory to the host, and the thread's next one tries it anew, with another
+// window of another class.
+TEST_F(WglContext, AThreadWhoseContextFailedMakesAnotherForItsNextFrame) {
+    setUp();
+    const auto instance = host->createInstance(fourSquaresScene().project);
+    int number = 1;  // 0 is the common one's
+    for (const char* step : {"RegisterClassExA", "CreateWindowExA", "GetDC", "ChoosePixelFormat", "SetPixelFormat",
+                             "wglCreateContextAttribsARB", "wglMakeCurrent", "wglShareLists"}) {
+        SCOPED_TRACE(step);
+        std::thread([&] {
+            calls->refuseOnce(step);
+            EXPECT_EQ(instance->renderFrame({}).error, 4);
+            EXPECT_EQ(calls->countOf("RegisterClassExA " + className + std::to_string(number++) + ' '), 1);
+            EXPECT_EQ(wglGetCurrentContext(), nullptr);
+            expectGood(instance->renderFrame({}));
+            EXPECT_EQ(calls->countOf("RegisterClassExA " + className + std::to_string(number++) + ' '), 1);
+            EXPECT_EQ(wglGetCurrentContext(), nullptr);
+        }).join();
+    }
+    const int made = calls->countOf("RegisterClassExA");
+    EXPECT_EQ(made, number) << "one class each, and the common one's";
+}
+
 BOOL CALLBACK countOurWindows(HWND window, LPARAM count) {
     *reinterpret_cast<int*>(count) += isOurs(window);
     return TRUE;

@@ -181,6 +181,18 @@ TEST_F(ReadBackTest, aLargerOutputGetsThePictureAndNothingBesides) {
     }
 }
 
+// Such a world may have no pixels to ask for.
+TEST_F(ReadBackTest, anOutputWithoutRowsIsLeftAlone) {
+    for (const PF_PixelFormat format : {PF_PixelFormat_ARGB32, PF_PixelFormat_ARGB64}) {
+        HostWorld output(2, 2, format);
+        output.world()->height = 0;
+        mHost.failingCalls = {"get_pixel_data8", "get_pixel_data16", "null pixels"};
+        EXPECT_NO_THROW(readInto(output, 2, 2, fourPixels));
+        EXPECT_EQ(*reinterpret_cast<const std::byte*>(output.pixel<std::uint8_t>(0, 0)), HostWorld::padding);
+        EXPECT_EQ(mHost.lent(), 0);
+    }
+}
+
 TEST_F(ReadBackTest, rowOffsetsAreRoundedDownToWholePixels) {
     HostWorld output(2, 3, PF_PixelFormat_ARGB32);
     output.world()->rowbytes = 11;  // rows at 0, 8 (of 11) and 20 (of 22)

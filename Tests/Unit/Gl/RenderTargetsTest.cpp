@@ -130,6 +130,16 @@ TEST_F(RenderTargetsTest, anotherMultisampledAloneRebuildsOnlyTheScene) {
     EXPECT_EQ(programs(), before);
     EXPECT_EQ(sizeOf(renderData().sceneTexture), (Size{10, 6}));
     useEveryTarget();
+    // and back
+    mark(renderData().sceneTexture);
+    PrepareRenderTargets(renderData(), 5, 3, false);
+    EXPECT_FALSE(isMarked(renderData().sceneTexture));
+    EXPECT_TRUE(isMarked(renderData().resolveTexture));
+    EXPECT_TRUE(isMarked(renderData().outputTexture));
+    EXPECT_EQ(renderData().fboId, framebuffer);
+    EXPECT_EQ(renderData().quadVertexBuffer, quadBuffer);
+    EXPECT_EQ(sizeOf(renderData().sceneTexture), (Size{5, 3}));
+    useEveryTarget();
 }
 
 TEST_F(RenderTargetsTest, anotherSizeRebuildsTargetsAndQuadAndKeepsProgramsAndInstanceBuffers) {
@@ -159,12 +169,17 @@ TEST_F(RenderTargetsTest, anotherSizeRebuildsTargetsAndQuadAndKeepsProgramsAndIn
 }
 
 TEST_F(RenderTargetsTest, theQuadHoldsTheCornersOfThePicture) {
+    const auto vertices = [this] {
+        std::array<float, 20> held{};
+        glBindBuffer(GL_ARRAY_BUFFER, renderData().quadVertexBuffer);
+        glGetBufferSubData(GL_ARRAY_BUFFER, 0, sizeof held, held.data());
+        glBindBuffer(GL_ARRAY_BUFFER, 0);
+        return held;
+    };
     PrepareRenderTargets(renderData(), 5, 3, true);
-    std::array<float, 20> vertices{};
-    glBindBuffer(GL_ARRAY_BUFFER, renderData().quadVertexBuffer);
-    glGetBufferSubData(GL_ARRAY_BUFFER, 0, sizeof vertices, vertices.data());
-    glBindBuffer(GL_ARRAY_BUFFER, 0);
-    EXPECT_EQ(vertices, (std::array<float, 20>{0, 0, 0, 0, 0, 5, 0, 0, 1, 0, 0, 3, 0, 0, 1, 5, 3, 0, 1, 1}));
+    EXPECT_EQ(vertices(), (std::array<float, 20>{0, 0, 0, 0, 0, 5, 0, 0, 1, 0, 0, 3, 0, 0, 1, 5, 3, 0, 1, 1}));
+    PrepareRenderTargets(renderData(), 6, 4, true);
+    EXPECT_EQ(vertices(), (std::array<float, 20>{0, 0, 0, 0, 0, 6, 0, 0, 1, 0, 0, 4, 0, 0, 1, 6, 4, 0, 1, 1}));
 }
 
 TEST_F(RenderTargetsTest, aSizeThatTheGlRefusesIsFaultThreeAtTheAttaching) {

@@ -107,15 +107,16 @@ TEST_F(ParametersLayersTest, AfterReleaseNoSlotHoldsPixels) {
 using ParametersLayersDeathTest = ParametersLayersTest;
 
 TEST_F(ParametersLayersDeathTest, AnUnknownTextureLayerStops) {
-    EXPECT_DEATH(textureLayer(0), "index >= 0.*Source/Parameter/Parameters");
-    EXPECT_DEATH(textureLayer(25), "index \\+ 1 <= CustomParametersCount.*Source/Parameter/Parameters");
+    EXPECT_DEATH(textureLayer(0), "index >= 0, file Source/Parameter/Parameters");
+    EXPECT_DEATH(textureLayer(25), "index \\+ 1 <= CustomParametersCount, file Source/Parameter/Parameters");
 }
 
 TEST_F(ParametersLayersDeathTest, AnUnknownLayerNumberStops) {
-    EXPECT_DEATH(snapshot.layerColor(0, 0, 0), "layerInd >= 1.*Source/Parameter/Parameters");
-    EXPECT_DEATH(snapshot.layerColor(24, 0, 0), "layerInd <= CustomParametersCount.*Source/Parameter/Parameters");
-    EXPECT_DEATH(snapshot.layerChannel(-1, 0, 0, 1), "layerInd >= 1.*Source/Parameter/Parameters");
-    EXPECT_DEATH(snapshot.layerChannel(24, 0, 0, 1), "layerInd <= CustomParametersCount.*Source/Parameter/Parameters");
+    EXPECT_DEATH(snapshot.layerColor(0, 0, 0), "layerInd >= 1, file Source/Parameter/Parameters");
+    EXPECT_DEATH(snapshot.layerColor(24, 0, 0), "layerInd <= CustomParametersCount, file Source/Parameter/Parameters");
+    EXPECT_DEATH(snapshot.layerChannel(-1, 0, 0, 1), "layerInd >= 1, file Source/Parameter/Parameters");
+    EXPECT_DEATH(snapshot.layerChannel(24, 0, 0, 1),
+                 "layerInd <= CustomParametersCount, file Source/Parameter/Parameters");
 }
 
 }  // namespace

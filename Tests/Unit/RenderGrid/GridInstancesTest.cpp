@@ -109,6 +109,11 @@ TEST(GridInstancesDeathTest, RunsStayInsideTheParts) {
     FunctionScript behind = partsCounts({5, -3});
     GridEvaluator end = scene.evaluator(&behind);
     EXPECT_DEATH(GridInstances{end}, "ind < mCount");
+    // Two parts in all; the second cell's begin at -5 and end at 4.
+    scene.setCounts(3, 1);
+    FunctionScript around = partsCounts({-5, 10, -3});
+    GridEvaluator both = scene.evaluator(&around);
+    EXPECT_DEATH(GridInstances{both}, "ind >= 0");
 }
 
 TEST(GridInstances, AnEmptyGridAllocatesNothingAndRunsNoScript) {
