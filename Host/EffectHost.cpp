@@ -92,6 +92,8 @@ void EffectHost::describe() {
     const A_Err error = mModule.describe(place, takeDescription, &mServices.basic, "Tessavoy", TESSAVOY_VERSION);
     if (error != PF_Err_NONE)
         throw HostError(ExitStatus::Module, failureOf("describing the module", error));
+    if (mDescription.entryPoint.empty())
+        throw HostError(ExitStatus::Module, "the effect module describes no effect");
 }
 
 void EffectHost::setUp() {

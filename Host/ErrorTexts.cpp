@@ -12,8 +12,9 @@ constexpr std::array<ErrorText, 8> errorTexts = {{
     {PF_Err_OUT_OF_MEMORY, "out of memory, or OpenGL refused",
      "the picture or a layer may be larger than the driver's textures, or the grid larger than memory: try a lower "
      "--resolution, a smaller CountX and CountY, or --set MSAA=None"},
-    {PF_Err_INTERNAL_STRUCT_DAMAGED, "data is damaged, or a shape is larger than the driver's buffers",
-     "try shapes with fewer corners, and fewer parts in the script"},
+    {PF_Err_INTERNAL_STRUCT_DAMAGED,
+     "data is damaged, or a shape is larger than the driver's buffers, or the grid larger than memory",
+     "try a smaller CountX and CountY, shapes with fewer corners, and fewer parts in the script"},
     {PF_Err_INVALID_INDEX, "a parameter, layer or path was asked for that is not there", otherModule},
     {PF_Err_UNRECOGNIZED_PARAM_TYPE, "a parameter is of a kind that is not known", otherModule},
     {PF_Err_INVALID_CALLBACK, "the host was called when it could not answer", otherModule},

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Host/TimeBase.h"
+
 namespace TessavoyHost {
 namespace {
 
@@ -43,13 +45,13 @@ struct Blender {
 
 KeySpan locate(const ParameterTrack& track, double time, bool blending) {
     const auto& keys = track.keys;
-    const auto after = std::upper_bound(keys.begin(), keys.end(), time,
+    const auto after = std::upper_bound(keys.begin(), keys.end(), time + sameMoment,
                                         [](double moment, const Key& key) { return moment < key.time; });
     const auto next = static_cast<std::size_t>(after - keys.begin());
     const std::size_t left = next == 0 ? 0 : next - 1;
     if (next == 0 || after == keys.end() || !blending || keys[left].ease == Ease::Hold)
         return {left, left, 0};
-    const double u = (time - keys[left].time) / (keys[next].time - keys[left].time);
+    const double u = std::max(0.0, (time - keys[left].time) / (keys[next].time - keys[left].time));
     return {left, next, keys[left].ease == Ease::Smooth ? u * u * (3 - 2 * u) : u};
 }
 

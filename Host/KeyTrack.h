@@ -14,7 +14,8 @@ struct KeySpan {
     double share = 0;
 };
 
-// The track must have a key. Without blending every stretch holds.
+// The track must have a key. A moment just before a key (see sameMoment) is the key's own. Without blending every
+// stretch holds.
 KeySpan locate(const ParameterTrack& track, double time, bool blending = true);
 
 // Numbers, colours and points by component, colours rounded to bytes; values of different or other kinds hold the left.

@@ -13,6 +13,7 @@
 #include "Host/HostCall.h"
 #include "Host/HostError.h"
 #include "Host/KeyTrack.h"
+#include "Host/TimeBase.h"
 
 namespace TessavoyHost {
 namespace {
@@ -91,7 +92,6 @@ struct Writer {
 // The place of the key that a value at a moment goes to. One that is made for it goes on as the stretch in which it
 // stands.
 std::size_t keyToSet(ParameterTrack& track, double time) {
-    constexpr double sameMoment = 1e-6;  // seconds
     auto& keys = track.keys;
     if (keys.size() == 1)
         return 0;

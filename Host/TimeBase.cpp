@@ -30,6 +30,8 @@ TimeBase::TimeBase(const Composition& composition, double layerStart)
       start(clockUnits(layerStart, scale)) {}
 
 double TimeBase::compositionSeconds(A_long layerTime, A_u_long timeScale) const {
+    if (timeScale == scale)  // so that a frame's time is rounded once, as the time of a key that is typed for it
+        return static_cast<double>(std::int64_t{layerTime} + start) / scale;
     return static_cast<double>(layerTime) / timeScale + static_cast<double>(start) / scale;
 }
 

@@ -31,4 +31,8 @@ A_Time toTime(double seconds, A_u_long scale);
 
 double seconds(const A_Time& time);
 
+// Moments that are no further apart, in seconds, are one. Times are multiples of a frame, computed and typed in
+// floating point.
+inline constexpr double sameMoment = 1e-6;
+
 }  // namespace TessavoyHost

@@ -55,13 +55,16 @@ std::string boundsText(EffectInstance& instance, const LoadedModule& module, int
     }
     FieldReader reader;
     serveDialogs(instance.host().services(), reader);
+    guardFrames();
+    const FrameCrashGuard guard(frame);
     const CommandResult result = pressButton(instance, *index, frame);
     instance.host().services().hooks.runScript = nullptr;
     tellBroken(result);
     if (result.error != PF_Err_NONE) {
         const std::string what = "measuring the depths of frame " + std::to_string(frame);
-        throw HostError(ExitStatus::FrameFailed,
-                        result.failure.empty() ? failureOf(what, result.error, result.message) : result.failure);
+        throw HostError(ExitStatus::FrameFailed, result.failure.empty()
+                                                     ? what + ": " + frameFailure(result.error, result.message)
+                                                     : result.failure);
     }
     if (!result.message.empty()) {
         writeStandardError("frame " + std::to_string(frame) + ": " + inUsersLines(result.message, script) + '\n');

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "Host/Command/Descriptors.h"
 #include "Host/Command/ExitGuard.h"
 #include "Host/Command/LoadedModule.h"
 #include "Host/Command/ScriptMessages.h"
@@ -19,6 +20,35 @@ std::string allRight(const std::filesystem::path& scene, const EffectInstance& i
            std::to_string(layer.width()) + " x " + std::to_string(layer.height()) + " pixels\n";
 }
 
+// Long sequences take a while to read. On a terminal it is told how far that is, in a line that goes away again.
+class ReadingLine {
+public:
+    ~ReadingLine() {
+        if (mIsShown) {
+            writeStandardError("\r\x1b[K");
+        }
+    }
+
+    void tell(const std::string& layer, int picture, int count) {
+        if (mOnTerminal) {
+            mIsShown = true;
+            writeStandardError("\r" + layer + ": reading picture " + std::to_string(picture + 1) + " of " +
+                               std::to_string(count) + "\x1b[K");
+        }
+    }
+
+private:
+    const bool mOnTerminal = isTerminal(standardError);
+    bool mIsShown = false;
+};
+
+Project readChecked(const SceneText& text, const ParameterTable& table) {
+    ReadingLine line;
+    ImageAccess images = imageFileAccess(PictureCheck::All);
+    images.checking = [&line](const std::string& layer, int picture, int count) { line.tell(layer, picture, count); };
+    return readScene(text, table, {}, images);
+}
+
 }  // namespace
 
 ExitStatus checkScene(const std::filesystem::path& scene, const std::filesystem::path& modulePath,
@@ -27,7 +57,7 @@ ExitStatus checkScene(const std::filesystem::path& scene, const std::filesystem:
     LoadedModule module(modulePath);
     std::unique_ptr<EffectInstance> instance;
     return decideStatus([&] {
-        const Project project = readScene(text, module.table(), {}, imageFileAccess());
+        const Project project = readChecked(text, module.table());
         instance = module.host().createInstance(project);
         if (const auto problem = scriptProblem(*instance, module.table(), scriptSourceOf(project, scene))) {
             throw HostError(ExitStatus::Scene, *problem);

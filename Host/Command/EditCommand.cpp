@@ -185,6 +185,7 @@ ExitStatus editScript(const std::filesystem::path& scene, const std::filesystem:
     return decideStatus([&] {
         project = readScene(text, module.table(), {}, imageFileAccess());
         edit.emplace(text, module, project, output);
+        guardWork();
         return edit->run();
     });
 }

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <charconv>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <string_view>
 
@@ -17,7 +18,7 @@
 namespace TessavoyHost {
 namespace {
 
-enum Stage : int { SettingUp, Frames, TakingDown };
+enum Stage : int { SettingUp, AtWork, Frames, TakingDown, Leaving };
 
 // What a crash means now. A handler reads both, so nothing here may need more than a plain load.
 volatile std::sig_atomic_t stage = SettingUp;
@@ -49,19 +50,21 @@ int crashedFrame() {
     return stage == Frames ? frameInWork : -1;
 }
 
-// Nothing here is written in another way in JSON.
-FixedText crashInWords() {
+// Nothing here is written in another way in JSON. what: "crashed".
+FixedText endInWords(std::string_view what) {
     FixedText words;
     if (crashedFrame() >= 0) {
         words.add("frame ");
         words.add(crashedFrame());
-        words.add(" crashed");
-    } else if (stage == Frames) {
-        words.add("a frame crashed");
-    } else if (stage == SettingUp) {
-        words.add("the module crashed while being set up");
+        words.add(" ");
     } else {
-        words.add("the module crashed while it was taken down; the result stands");
+        words.add(stage == Frames ? "a frame " : "the module ");
+    }
+    words.add(what);
+    if (stage == SettingUp) {
+        words.add(" while being set up");
+    } else if (stage == TakingDown) {
+        words.add(" while it was taken down; the result stands");
     }
     return words;
 }
@@ -101,9 +104,9 @@ int takenFromOthers(int descriptor) {
     return copy;
 }
 
-void tellOfCrash() {
+void tellOfEnd(std::string_view what) {
     StrayLines::endInHandler();  // a failed assertion stands among them
-    const FixedText words = crashInWords();
+    const FixedText words = endInWords(what);
     const Outlets to = outlets();
     if (to.words != -1) {
         tellInWords(takenFromOthers(to.words), words.text());
@@ -113,16 +116,27 @@ void tellOfCrash() {
     }
 }
 
-std::atomic_flag crashIsTold;
+std::atomic_flag endIsTold;
 
 // Only what a handler may do, here and in what it calls. When several threads crash, one tells.
-void endAfterCrash() {
-    if (crashIsTold.test_and_set()) {
+[[noreturn]] void endAfter(std::string_view what) {
+    if (endIsTold.test_and_set()) {
         pauseInHandler(1000);
     } else {
-        tellOfCrash();
+        tellOfEnd(what);
     }
     endAtOnce(statusOfCrash);
+}
+
+void endAfterCrash() {
+    endAfter("crashed");
+}
+
+// The C library's exit calls it, on the thread that called that.
+void endAfterExit() {
+    if (stage != Leaving) {
+        endAfter("ended the process");
+    }
 }
 
 void enter(Stage next, ExitStatus status) {
@@ -135,7 +149,16 @@ void enter(Stage next, ExitStatus status) {
 }  // namespace
 
 void guardSetUp() {
+    std::atexit(endAfterExit);
     enter(SettingUp, ExitStatus::Module);
+}
+
+void guardWork() {
+    enter(AtWork, ExitStatus::Module);
+}
+
+void allowExit() noexcept {
+    stage = Leaving;
 }
 
 void guardFrames() {

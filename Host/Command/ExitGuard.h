@@ -7,13 +7,21 @@
 namespace TessavoyHost {
 
 // Crashes (of the module, a driver; an overflown stack is one) are told through the outlets and end the process with a
-// status. A thread that may overflow its stack needs useSignalStack(); these functions see to the calling thread.
+// status. So does a module, or a script in it, that ends the process itself. A thread that may overflow its stack needs
+// useSignalStack(); these functions see to the calling thread.
 
-// From then on a crash says that the module could not be set up, and has that status.
+// To be called once, first. From then on a crash says that the module could not be set up, and has that status.
 void guardSetUp();
+
+// From then on a crash is the module's, and has the same status: it is set up and at work on something else than
+// frames.
+void guardWork();
 
 // From then on a crash says that a frame crashed, and has the status of a failed frame.
 void guardFrames();
+
+// The process may end: from then on that it does is nobody's failure.
+void allowExit() noexcept;
 
 // While it lives, a crash of this thread is the frame's.
 class FrameCrashGuard {

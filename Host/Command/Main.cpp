@@ -15,5 +15,7 @@ int main(int argc, char** argv) {
     for (const auto& argument : arguments) {
         texts.push_back(argument.c_str());
     }
-    return static_cast<int>(TessavoyHost::runCommandLine(static_cast<int>(texts.size()), texts.data(), output));
+    const auto status = TessavoyHost::runCommandLine(static_cast<int>(texts.size()), texts.data(), output);
+    TessavoyHost::allowExit();
+    return static_cast<int>(status);
 }

@@ -13,6 +13,19 @@ namespace {
     throw HostError(ExitStatus::CommandLine, text);
 }
 
+// Whether a file is in its place.
+bool refuseOtherThanFile(const std::filesystem::path& file) {
+    std::error_code ignored;
+    const auto status = std::filesystem::status(file, ignored);
+    if (!std::filesystem::exists(status)) {
+        return false;
+    }
+    if (!std::filesystem::is_regular_file(status)) {
+        refuse("--output: " + utf8(file) + " is there and is no file");
+    }
+    return true;
+}
+
 }  // namespace
 
 void checkNumbering(const OutputPattern& output, const std::vector<int>& frames) {
@@ -23,15 +36,23 @@ void checkNumbering(const OutputPattern& output, const std::vector<int>& frames)
 }
 
 // Permissions alone don't tell: the disk may be mounted for reading only, and the administrator may do everything.
-void checkFolder(const OutputPattern& output) {
+void checkFolder(const std::filesystem::path& folder) {
     std::error_code ignored;
-    if (!std::filesystem::is_directory(output.folder(), ignored)) {
-        refuse("--output: there is no folder " + utf8(output.folder()) + "; make it first");
+    if (!std::filesystem::is_directory(folder, ignored)) {
+        refuse("--output: there is no folder " + utf8(folder) + "; make it first");
     }
-    if (const auto reason = reasonAgainstFiles(output.folder())) {
-        refuse("--output: files can't be made in " + utf8(output.folder()) + ": " + *reason);
+    if (const auto reason = reasonAgainstFiles(folder)) {
+        refuse("--output: files can't be made in " + utf8(folder) + ": " + *reason);
     }
-    removeAbandonedFiles(output.folder());
+    removeAbandonedFiles(folder);
+}
+
+void checkFile(const std::filesystem::path& file) {
+    if (file.empty() || file == "-") {
+        refuse("--output: \"" + utf8(file) + "\" is no name of a file");
+    }
+    checkFolder(file.has_parent_path() ? file.parent_path() : ".");
+    refuseOtherThanFile(file);
 }
 
 void checkExistingFiles(const OutputPattern& output, const std::vector<int>& frames, ExistingFiles existing) {
@@ -39,13 +60,8 @@ void checkExistingFiles(const OutputPattern& output, const std::vector<int>& fra
     std::optional<std::filesystem::path> first;
     for (const int frame : frames) {
         const auto file = output.file(frame);
-        std::error_code ignored;
-        const auto status = std::filesystem::status(file, ignored);
-        if (!std::filesystem::exists(status)) {
+        if (!refuseOtherThanFile(file)) {
             continue;
-        }
-        if (!std::filesystem::is_regular_file(status)) {
-            refuse("--output: " + utf8(file) + " is there and is no file");
         }
         first = first.value_or(file);
         ++count;

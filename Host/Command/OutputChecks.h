@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <vector>
 
 #include "Host/Command/OutputPattern.h"
@@ -12,7 +13,9 @@ namespace TessavoyHost {
 // Several frames need a place for their number.
 void checkNumbering(const OutputPattern& output, const std::vector<int>& frames);
 // Files can be made in the folder. Passing files that processes left there which run no more are removed.
-void checkFolder(const OutputPattern& output);
+void checkFolder(const std::filesystem::path& folder);
+// A name of one file, in such a folder, with nothing but a file in its place.
+void checkFile(const std::filesystem::path& file);
 // No file is in the way: none at all where existing files are a failure, and nothing but files where they aren't.
 void checkExistingFiles(const OutputPattern& output, const std::vector<int>& frames, ExistingFiles existing);
 // The region lies inside a layer of that many downsampled pixels.

@@ -85,9 +85,11 @@ ExitStatus drawPanel(const RenderOptions& options, const PanelOptions& panel, Ou
     return decideStatus([&] {
         const Project project = readScene(scene, module.table(), options.overrides, imageFileAccess());
         checkFrame(panel.frame, project.composition.frameCount());
-        checkFolder(pattern);
+        checkFolder(pattern.folder());
         checkExistingFiles(pattern, {panel.frame}, options.existing);
         instance = module.host().createInstance(project);
+        guardFrames();
+        const FrameCrashGuard guard(panel.frame);
         bringUpToDate(*instance, panel.frame);
         const PanelLayout layout(*instance, panel.view);
         const auto file = pattern.file(panel.frame);

@@ -44,7 +44,7 @@ ImageSize pictureSize(const RenderOptions& options, const FrameSource& layer) {
 void checkOutput(const RenderOptions& options, const std::vector<int>& frames, const OutputChannel& output) {
     checkNumbering(*options.output, frames);
     if (!options.output->isStandardOutput()) {
-        checkFolder(*options.output);
+        checkFolder(options.output->folder());
         checkExistingFiles(*options.output, frames, options.existing);
     } else if (output.isTerminal()) {
         throw HostError(ExitStatus::CommandLine,
@@ -89,7 +89,7 @@ struct Job {
 Job prepare(const RenderOptions& options, const SceneText& scene, const ParameterTable& table,
             const OutputChannel& output) {
     Job job;
-    job.project = readScene(scene, table, options.overrides, imageFileAccess());
+    job.project = readScene(scene, table, options.overrides, imageFileAccess(PictureCheck::Stills));
     job.frames = framesToRender(options, job.project.composition);
     job.size = pictureSize(options, *job.project.layers.at(static_cast<std::size_t>(job.project.effectLayer)));
     checkOutput(options, job.frames, output);

@@ -90,6 +90,7 @@ public:
     explicit ExrReader(InputFile& file) : mFile(file), mStream(file) {
         limitSizes();
         run([this] { mInput.emplace(mStream, 0); });
+        chooseChannels();
     }
 
     ImageSize readSize() const { return sizeOf(mFile, mInput->header().displayWindow()); }
@@ -105,7 +106,6 @@ public:
         }();
         if (!complete)
             mFile.failCutShort();
-        chooseChannels();
         requirePlausibleSize();
         Image image = newImage(size, SampleFormat::Float32);
         mBand.resize(static_cast<std::size_t>(mDataWidth) * 4 * rowsOfABand);

@@ -21,7 +21,7 @@ namespace TessavoyHost {
 // window doesn't cover is transparent black. Depth: 1, 2, 4 and 8 bits become UInt8, 16 bits UInt16, all else Float32.
 Image readImage(const std::filesystem::path& path);
 
-// The size alone, from the header.
+// The size, from the header, which also tells whether the picture is of a kind that is read.
 ImageSize probeImage(const std::filesystem::path& path);
 
 // Decodes the whole file and throws when it can't be read to its end or has another size.

@@ -97,12 +97,12 @@ public:
             decoder.src = &mState->source;
             jpeg_read_header(&decoder, TRUE);
         });
+        requireRgbOrGrey();
         return checkedSize(mFile, decoder.image_width, decoder.image_height);
     }
 
     Image readPixels(ImageSize size) {
         jpeg_decompress_struct& decoder = mState->decoder;
-        requireRgbOrGrey();
         Image image{size.width, size.height, SampleFormat::UInt8, {}};
         run([&] {
             decoder.out_color_space = JCS_EXT_RGBA;  // the library spreads grey and sets full alpha

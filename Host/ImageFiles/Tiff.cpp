@@ -35,7 +35,7 @@ public:
     }
 
     ImageSize readSize() {
-        const TiffLayout layout = readTiffSize(mFile, tiff());
+        const TiffLayout layout = readTiffLayout(mFile, tiff());
         if (layout.turned())
             return {layout.size.height, layout.size.width};
         return layout.size;

@@ -100,16 +100,11 @@ SampleFormat TiffLayout::format() const {
     return bits == 16 ? SampleFormat::UInt16 : SampleFormat::UInt8;
 }
 
-TiffLayout readTiffSize(const InputFile& file, TIFF* tiff) {
+TiffLayout readTiffLayout(const InputFile& file, TIFF* tiff) {
     TiffLayout layout;
     layout.size = checkedSize(file, tag<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0),
                               tag<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0));
     layout.orientation = tag<std::uint16_t>(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
-    return layout;
-}
-
-TiffLayout readTiffLayout(const InputFile& file, TIFF* tiff) {
-    TiffLayout layout = readTiffSize(file, tiff);
     readSamples(tiff, layout);
     readAlpha(tiff, layout);
     readBlockSize(file, tiff, layout);

@@ -33,9 +33,6 @@ struct TiffLayout {
     int samplesTogether() const { return separate ? 1 : samples; }
 };
 
-// The size and the orientation alone.
-TiffLayout readTiffSize(const InputFile& file, TIFF* tiff);
-
 // Everything; fails when the picture is of a kind that isn't read. Sets JPEG data up to be decoded to RGB.
 TiffLayout readTiffLayout(const InputFile& file, TIFF* tiff);
 

@@ -110,7 +110,7 @@ std::optional<ArbitraryValue> readRamp(const JsonNode& node) {
         interpolationNode ? interpolationNode->word({"sin", "line", "step", "bezier"}) : std::nullopt;
     const auto list = object.require("points");
     const auto elements = list ? list->elements() : std::nullopt;
-    if (!mode || !interpolation || !elements) {
+    if (!elements) {
         return std::nullopt;
     }
     PointMap<float> points;
@@ -118,6 +118,9 @@ std::optional<ArbitraryValue> readRamp(const JsonNode& node) {
         if (const auto pair = element.numbers(2, unitRange)) {
             points.insert(element, (*pair)[0], static_cast<float>((*pair)[1]));
         }
+    }
+    if (!mode || !interpolation) {
+        return std::nullopt;
     }
     return flatRamp(*mode, *interpolation, points);
 }

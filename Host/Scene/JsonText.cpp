@@ -9,32 +9,37 @@
 namespace TessavoyHost {
 namespace {
 
-// Follows the parser through the text and notes keys that an object holds twice; the parser itself keeps the last.
-class DuplicateKeys {
+// Goes through a text and notes keys that an object holds twice; the parser itself keeps the last. On a way of its own,
+// since the parser's callbacks take a time that grows with the square of a list's length.
+class DuplicateKeys : public QuietSax {
 public:
     explicit DuplicateKeys(Problems& problems) : mProblems(problems) {}
 
-    void follow(nlohmann::json::parse_event_t event, const nlohmann::json& parsed) {
-        using Event = nlohmann::json::parse_event_t;
-        switch (event) {
-            case Event::object_start:
-                mLevels.push_back({.isList = false});
-                break;
-            case Event::array_start:
-                mLevels.push_back({.isList = true});
-                break;
-            case Event::key:
-                enterKey(parsed.get<std::string>());
-                break;
-            case Event::object_end:
-            case Event::array_end:
-                mLevels.pop_back();
-                endValue();
-                break;
-            case Event::value:
-                endValue();
-                break;
+    bool null() override { return endValue(); }
+    bool boolean(bool) override { return endValue(); }
+    bool number_integer(number_integer_t) override { return endValue(); }
+    bool number_unsigned(number_unsigned_t) override { return endValue(); }
+    bool number_float(number_float_t, const string_t&) override { return endValue(); }
+    bool string(string_t&) override { return endValue(); }
+
+    bool start_object(std::size_t) override {
+        mLevels.push_back({.isList = false});
+        return true;
+    }
+    bool start_array(std::size_t) override {
+        mLevels.push_back({.isList = true});
+        return true;
+    }
+    bool end_object() override { return endLevel(); }
+    bool end_array() override { return endLevel(); }
+
+    bool key(string_t& key) override {
+        Level& level = mLevels.back();
+        level.key = key;
+        if (!level.keys.insert(level.key).second) {
+            mProblems.add(place(), "stands twice");
         }
+        return true;
     }
 
 private:
@@ -45,18 +50,16 @@ private:
         std::set<std::string> keys = {};
     };
 
-    void enterKey(std::string key) {
-        Level& level = mLevels.back();
-        level.key = std::move(key);
-        if (!level.keys.insert(level.key).second) {
-            mProblems.add(place(), "stands twice");
-        }
+    bool endLevel() {
+        mLevels.pop_back();
+        return endValue();
     }
 
-    void endValue() {
+    bool endValue() {
         if (!mLevels.empty() && mLevels.back().isList) {
             ++mLevels.back().index;
         }
+        return true;
     }
 
     Place place() const {
@@ -101,9 +104,14 @@ std::string reasonOf(const nlohmann::json::exception& error) {
     return end == std::string::npos ? text : text.substr(end + 2);
 }
 
+// Up to the first error, with remarks allowed.
+void goThrough(const std::string& text, QuietSax& sax) {
+    nlohmann::json::sax_parse(text, &sax, nlohmann::json::input_format_t::json, true, true);
+}
+
 void addRangeError(const std::string& text, Problems& problems) {
     RangeErrorFinder finder;
-    nlohmann::json::sax_parse(text, &finder, nlohmann::json::input_format_t::json, true, true);
+    goThrough(text, finder);
     const bool isLong = finder.number.size() > longestNumberTold;
     const std::string number = isLong ? finder.number.substr(0, longestNumberTold) + "..." : finder.number;
     problems.add(Place(lineAndColumn(text, finder.firstByte)), number + " is beyond the range of numbers");
@@ -113,12 +121,9 @@ void addRangeError(const std::string& text, Problems& problems) {
 
 std::optional<nlohmann::json> parseJsonText(const std::string& text, Problems& problems) {
     DuplicateKeys duplicates(problems);
-    const auto follow = [&duplicates](int, nlohmann::json::parse_event_t event, nlohmann::json& parsed) {
-        duplicates.follow(event, parsed);
-        return true;
-    };
+    goThrough(text, duplicates);
     try {
-        return nlohmann::json::parse(text, follow, true, true);
+        return nlohmann::json::parse(text, nullptr, true, true);
     } catch (const nlohmann::json::parse_error& error) {
         problems.add(Place(lineAndColumn(text, error.byte)), reasonOf(error));
     } catch (const nlohmann::json::out_of_range&) {

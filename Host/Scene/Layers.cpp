@@ -6,12 +6,10 @@
 
 #include "Host/HostError.h"
 #include "Host/Scene/Files.h"
+#include "Host/TimeBase.h"
 
 namespace TessavoyHost {
 namespace {
-
-// Times are multiples of a frame, computed in floating point.
-constexpr double timeTolerance = 1e-6;
 
 // Decoded pictures that one layer keeps beyond those in use.
 constexpr std::size_t layerBudget = std::size_t{256} << 20;
@@ -38,7 +36,7 @@ std::string sizeInWords(int width, int height) {
 
 std::optional<double> LayerSource::layerTime(double compositionSeconds) const {
     const double time = compositionSeconds - mFrame.start;
-    if (time < -timeTolerance || time >= mFrame.duration - timeTolerance) {
+    if (time < -sameMoment || time >= mFrame.duration - sameMoment) {
         return std::nullopt;
     }
     return std::max(0.0, time);
@@ -120,7 +118,7 @@ std::shared_ptr<const Image> SequenceSource::frameAt(double compositionSeconds) 
     if (!time) {
         return nullptr;
     }
-    const auto index = static_cast<int>(std::floor((*time + timeTolerance) * mFiles.frameRate));
+    const auto index = static_cast<int>(std::floor((*time + sameMoment) * mFiles.frameRate));
     return mCache.get(mFiles.file(std::clamp(index, 0, mFiles.count - 1)));
 }
 

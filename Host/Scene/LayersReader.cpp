@@ -89,7 +89,14 @@ private:
                                            const std::filesystem::path& file) const {
         const JsonObject object(node, {"name", "image"});
         const auto size = probe(node.child("image"), file);
-        return size ? std::make_shared<StillSource>(wholeTime(name, *size), file, mImages.read) : nullptr;
+        if (!size) {
+            return nullptr;
+        }
+        auto still = std::make_shared<StillSource>(wholeTime(name, *size), file, mImages.read);
+        if (mImages.check != PictureCheck::None) {
+            checkPicture(node.child("image"), *still, 0);
+        }
+        return still;
     }
 
     std::shared_ptr<FrameSource> readSequence(const JsonNode& node, const std::string& name,
@@ -117,7 +124,29 @@ private:
             return nullptr;
         }
         const LayerFrame frame{name, size->width, size->height, *start, duration};
-        return std::make_shared<SequenceSource>(frame, files, mImages.read);
+        auto sequence = std::make_shared<SequenceSource>(frame, files, mImages.read);
+        if (mImages.check == PictureCheck::All) {
+            checkSequence(node.child("image"), *sequence, files);
+        }
+        return sequence;
+    }
+
+    void checkSequence(const JsonNode& image, FrameSource& source, const SequenceFiles& files) const {
+        for (int i = 0; i < files.count; ++i) {
+            if (mImages.checking) {
+                mImages.checking(source.name(), i, files.count);
+            }
+            checkPicture(image, source, source.start() + (i + 0.5) / files.frameRate);
+        }
+    }
+
+    // The layer's picture at a moment can be decoded.
+    static void checkPicture(const JsonNode& image, FrameSource& source, double compositionSeconds) {
+        try {
+            source.frameAt(compositionSeconds);
+        } catch (const HostError& error) {
+            image.problem(error.what());
+        }
     }
 
     // The host counts time in frameRate.num units a second, with 32 bits; layer time at the composition's end, too.

@@ -339,6 +339,49 @@ TEST_F(Command, AFrameThatOpenGlRefusesSaysWhatHelps) {
     EXPECT_EQ(run("render scene.json -o 'out/##.png' --frames 0 --resolution quarter").status, 0);
 }
 
+// The signature of a PNG file and nothing behind it; of a whole one, the first half.
+TEST_F(Command, APictureThatCantBeReadIsTheScenesMistake) {
+    ASSERT_EQ(run("render scene.json -o whole.png --frames 0").status, 0);
+    const std::string whole = contents(folder / "whole.png");
+    for (const std::string& bytes : {std::string("\x89PNG\r\n\x1a\n"), whole.substr(0, whole.size() - 30)}) {
+        std::ofstream(folder / "broken.png", std::ios::binary) << bytes;
+        scene["layers"][1] = {{"name", "Logo"}, {"image", "broken.png"}};
+        for (const char* command : {"check scene.json", "render scene.json -o 'out/##.png' --frames 0-1"}) {
+            const auto outcome = run(command);
+            EXPECT_EQ(outcome.status, 3) << command;
+            EXPECT_THAT(outcome.error, HasSubstr("scene.json: layers[1].image: ")) << command;
+            EXPECT_THAT(outcome.error, HasSubstr("broken.png")) << command;
+        }
+    }
+    EXPECT_THAT(outputFiles(), IsEmpty());
+}
+
+// Of a sequence the other frames are rendered; checking finds the picture all the same.
+TEST_F(Command, APictureInASequenceFailsTheFramesThatShowIt) {
+    ASSERT_EQ(run("render scene.json -o 'walk.##.png' --frames 0-2").status, 0);
+    std::ofstream(folder / "walk.01.png", std::ios::trunc) << "no picture";
+    scene["layers"][1] = {{"name", "Walk"}, {"image", "walk.##.png"}, {"first", 0}, {"count", 3}};
+    scene["effect"]["parameters"]["Layer.Custom1"] = "Walk";
+    scene["effect"]["scriptText"] = "r = GetLayer(1, 0, 0)";
+    const auto outcome = run("render scene.json -o 'out/##.png' --frames 0-2");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(lastLine(outcome), "frames: 2 written, 0 skipped, 1 failed (1)");
+    const auto checked = run("check scene.json");
+    EXPECT_EQ(checked.status, 3);
+    EXPECT_THAT(checked.error, HasSubstr("scene.json: layers[1].image: "));
+    EXPECT_THAT(checked.error, HasSubstr("walk.01.png"));
+}
+
+TEST_F(Command, SavingNeedsANameInAFolder) {
+    for (const char* file : {"''", "-", "no/saved.bin", "."}) {
+        const auto outcome = run(std::string("save scene.json -o ") + file);
+        EXPECT_EQ(outcome.status, 2) << file;
+        EXPECT_THAT(outcome.error, HasSubstr("--output: ")) << file;
+    }
+    EXPECT_EQ(run("save scene.json -o saved.bin").status, 0);
+    EXPECT_GT(std::filesystem::file_size(folder / "saved.bin"), 0U);
+}
+
 TEST_F(Command, TooManyFramesAreRefusedAtOnce) {
     scene["composition"]["duration"] = 4e6;
     scene["composition"]["frameRate"] = 100;

@@ -57,6 +57,30 @@ TEST_F(ScriptCommand, ARightScriptIsChecked) {
     EXPECT_EQ(outcome.error, "");
 }
 
+// Nothing but the user ends a script that goes on for ever.
+TEST_F(ScriptCommand, OneWithoutAnEndHangsItsFrame) {
+    script("while true do end");
+    const auto outcome = run("render scene.json -o '##.png' --frames 2-3 --frame-timeout 0.5");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.error, HasSubstr("frame 2: failed: took longer than 0.5 seconds"));
+    EXPECT_THAT(pictures(), IsEmpty());
+}
+
+TEST_F(ScriptCommand, OneThatEndsTheProcessIsACrashOfItsFrame) {
+    script("if frame == 1 then os.exit(0) end");
+    const auto outcome = run("render scene.json -o '##.png' --frames 0-2");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(lastLine(outcome), "tessavoy: frame 1 ended the process");
+    EXPECT_THAT(pictures(), ElementsAre("00.png"));
+}
+
+TEST_F(ScriptCommand, BoundsTellACrashWithItsFrame) {
+    script("partsCount = 0");  // which is an assertion of the effect
+    const auto outcome = run("bounds scene.json --frame 2");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(lastLine(outcome), "tessavoy: frame 2 crashed");
+}
+
 TEST_F(ScriptCommand, CheckNamesTheFileAndTheUsersLine) {
     script("-- two lines that are right\nx = 1\ny = = 2\n");
     const auto outcome = run("check scene.json");

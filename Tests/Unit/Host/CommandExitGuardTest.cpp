@@ -59,6 +59,49 @@ TEST_F(CommandExitGuard, ACrashEndsWithTheStatusOfItsTime) {
         endsWith(ExitStatus::Scene), "while it was taken down; the result stands\n$");
 }
 
+// As a script may, by os.exit: whatever status it gives, the frame has failed.
+TEST_F(CommandExitGuard, AModuleThatEndsTheProcessHasFailed) {
+    EXPECT_EXIT(
+        {
+            guardSetUp();
+            guardFrames();
+            const FrameCrashGuard frame(7);
+            std::exit(0);
+        },
+        endsWith(ExitStatus::FrameFailed), "^tessavoy: frame 7 ended the process\n$");
+    EXPECT_EXIT(
+        {
+            guardSetUp();
+            std::exit(0);
+        },
+        endsWith(ExitStatus::Module), "^tessavoy: the module ended the process while being set up\n$");
+    EXPECT_EXIT(
+        {
+            guardSetUp();
+            guardWork();
+            std::exit(0);
+        },
+        endsWith(ExitStatus::Module), "^tessavoy: the module ended the process\n$");
+    EXPECT_EXIT(
+        {
+            guardSetUp();
+            decideStatus([] { return ExitStatus::Scene; });
+            std::exit(0);
+        },
+        endsWith(ExitStatus::Scene), "ended the process while it was taken down; the result stands\n$");
+}
+
+TEST_F(CommandExitGuard, TheCommandMayEnd) {
+    EXPECT_EXIT(
+        {
+            guardSetUp();
+            decideStatus([] { return ExitStatus::Success; });
+            allowExit();
+            std::exit(static_cast<int>(ExitStatus::Scene));
+        },
+        endsWith(ExitStatus::Scene), "^$");
+}
+
 TEST_F(CommandExitGuard, ACrashIsAnObjectWhereObjectsGo) {
     EXPECT_EXIT(
         {
@@ -158,6 +201,7 @@ void renderFrame3(FrameWork& work) {
 // By the fake effect, whose render calls itself without end.
 void renderWithoutEnd() {
     FakeEffect::hooks().render = [](PF_InData*, PF_OutData*, PF_SmartRenderExtra*) { return PF_Err{callAgain(0)}; };
+    std::fflush(stdout);  // what the tests have printed so far is not the command's
     EffectHost host(FakeEffect::entryPoints());
     const auto instance = host.createInstance(FakeProject::project());
     OutputChannel output;

@@ -62,12 +62,24 @@ TEST_F(CommandOutput, SeveralFramesNeedANumber) {
 }
 
 TEST_F(CommandOutput, TheFolderMustBeThereAndWritable) {
-    EXPECT_EQ(refusal([&] { checkFolder(OutputPattern(path("a.png"))); }), "accepted");
+    EXPECT_EQ(refusal([&] { checkFolder(OutputPattern(path("a.png")).folder()); }), "accepted");
     EXPECT_TRUE(std::filesystem::is_empty(folder));
-    EXPECT_EQ(refusal([&] { checkFolder(OutputPattern(path("no/a.png"))); }),
+    EXPECT_EQ(refusal([&] { checkFolder(OutputPattern(path("no/a.png")).folder()); }),
               "--output: there is no folder " + path("no") + "; make it first");
-    EXPECT_THAT(refusal([&] { checkFolder(OutputPattern("/proc/a.png")); }),
+    EXPECT_THAT(refusal([&] { checkFolder(OutputPattern("/proc/a.png").folder()); }),
                 HasSubstr("--output: files can't be made in /proc: "));
+}
+
+TEST_F(CommandOutput, OneFileNeedsANameAFolderAndItsPlace) {
+    EXPECT_EQ(refusal([&] { checkFile(path("saved.bin")); }), "accepted");
+    EXPECT_EQ(refusal([&] { checkFile("saved.bin"); }), "accepted");
+    touch("there.bin");
+    EXPECT_EQ(refusal([&] { checkFile(path("there.bin")); }), "accepted");
+    EXPECT_EQ(refusal([&] { checkFile(""); }), "--output: \"\" is no name of a file");
+    EXPECT_EQ(refusal([&] { checkFile("-"); }), "--output: \"-\" is no name of a file");
+    EXPECT_EQ(refusal([&] { checkFile(path("no/a.bin")); }),
+              "--output: there is no folder " + path("no") + "; make it first");
+    EXPECT_EQ(refusal([&] { checkFile(path("")); }), "--output: " + path("") + " is there and is no file");
 }
 
 // This machine's name as it stands in a passing name: letters and digits, anything else as an underscore.
@@ -103,7 +115,7 @@ TEST_F(CommandOutput, PassingFilesOfEndedProcessesOfThisMachineAreRemoved) {
     }
     touch(ended + "-1.part");
     touch(ended + "-23.part");
-    EXPECT_EQ(refusal([&] { checkFolder(OutputPattern(path("a.png"))); }), "accepted");
+    EXPECT_EQ(refusal([&] { checkFolder(OutputPattern(path("a.png")).folder()); }), "accepted");
     std::vector<std::string> left;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         left.push_back(entry.path().filename().string());

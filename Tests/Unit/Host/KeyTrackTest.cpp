@@ -31,6 +31,18 @@ TEST(HostKeyTrack, HoldsAStretchWhoseKeySaysSo) {
     EXPECT_EQ(numberAt(numbers(Ease::Hold), 3), 20);
 }
 
+// 0.6 + 0.3 is less than 0.9 in doubles, and a key that a program writes as 1001 / 30000 * 6 stands after its frame.
+TEST(HostKeyTrack, AFramesRoundingDoesNotMissItsKey) {
+    for (const double justBefore : {2.9999999999999996, 2.9999995}) {
+        EXPECT_EQ(numberAt(numbers(), justBefore), 20);
+        EXPECT_EQ(numberAt(numbers(Ease::Hold), justBefore), 20);
+        EXPECT_EQ(numberAt(numbers(Ease::Smooth), justBefore), 20);
+    }
+    EXPECT_EQ(numberAt(numbers(), 3.9999999), 0);
+    EXPECT_EQ(numberAt(numbers(), 0.9999999), 10);
+    EXPECT_NE(numberAt(numbers(), 2.99999), 20);
+}
+
 // 3u^2 - 2u^3 at u = 1/4: 3/16 - 2/64 = 5/32.
 TEST(HostKeyTrack, EasesASmoothStretch) {
     EXPECT_DOUBLE_EQ(numberAt(numbers(Ease::Smooth), 1.5), 10 + 10 * 5.0 / 32);

@@ -55,6 +55,17 @@ TEST(SceneArbitrary, AGradientMayBeEmpty) {
     EXPECT_EQ(flatOf("Gradient.Custom1", {{"points", json::array()}}), integer(0));
 }
 
+TEST(SceneArbitrary, AllThatIsWrongWithARampIsTold) {
+    const std::string ramp = "scene.json: effect.parameters.\"Ramp.Custom1\"";
+    const nlohmann::json value = {{"mode", "al"}, {"interpolation", "lin"}, {"points", {{0, 2}, {0}}}};
+    const auto told = parameterRefusal("Ramp.Custom1", value);
+    ASSERT_EQ(told.size(), 4U);
+    for (const char* part : {".mode: ", ".interpolation: ", ".points[0][1]: ", ".points[1]: "})
+        EXPECT_EQ(
+            std::count_if(told.begin(), told.end(), [&](const auto& line) { return line.starts_with(ramp + part); }), 1)
+            << part;
+}
+
 TEST(SceneArbitrary, ARampBecomesItsFlatFormInRisingOrder) {
     const json value = {{"mode", "withoutSin"}, {"interpolation", "bezier"}, {"points", {{1, 0.5}, {0.25, 0}}}};
     EXPECT_EQ(flatOf("Ramp.Custom1", value), joined({integer(1), integer(3), integer(2), quarter, zero, one, half}));
@@ -103,7 +114,7 @@ TEST(SceneArbitrary, EverythingMissingOrUnknownIsNamed) {
     EXPECT_THAT(parameterRefusal("Ramp.Custom1", json::object()),
                 ElementsAre(rampPlace + ".interpolation: missing", rampPlace + ".points: missing"));
     EXPECT_THAT(
-        parameterRefusal("Ramp.Custom1", {{"mode", "all"}, {"interpolation", "cubic"}, {"points", {{0}}}}),
+        parameterRefusal("Ramp.Custom1", {{"mode", "all"}, {"interpolation", "cubic"}, {"points", {{0, 0}}}}),
         ElementsAre(rampPlace + ".interpolation: \"cubic\" is none of \"sin\", \"line\", \"step\", \"bezier\""));
     EXPECT_THAT(parameterRefusal("Ramp.Custom1", {{"interpolation", "line"}, {"points", {{0}}}}),
                 ElementsAre(rampPlace + ".points[0]: must be a list of 2 numbers, not of 1"));

@@ -15,6 +15,7 @@ namespace {
 using namespace SceneFixture;
 using nlohmann::json;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 // A new folder that goes away with the test.
 class Folder {
@@ -49,6 +50,61 @@ std::vector<std::string> probedFiles(const json& scene, const std::string& file)
     };
     readScene({file, scene.dump()}, fakeTable(), {}, images);
     return probed;
+}
+
+// What is wrong with a scene whose pictures named "broken" can't be decoded; they are told in `looked`, too.
+std::vector<std::string> brokenPictures(const json& scene, PictureCheck check, std::vector<std::string>& looked) {
+    ImageAccess images = fakeImages();
+    images.check = check;
+    images.read = [&looked, read = images.read](const std::filesystem::path& file) {
+        looked.push_back(file.filename().string());
+        if (file.string().find("broken") != std::string::npos) {
+            throw HostError(ExitStatus::Scene, file.filename().string() + ": is cut short");
+        }
+        return read(file);
+    };
+    try {
+        readScene({"scene.json", scene.dump()}, fakeTable(), {}, images);
+    } catch (const HostError& error) {
+        EXPECT_EQ(error.status(), ExitStatus::Scene);
+        return linesOf(error.what());
+    }
+    return {};
+}
+
+TEST(SceneLayers, PicturesAreDecodedAsFarAsTheyAreChecked) {
+    const Folder folder;
+    for (const char* number : {"1", "2", "3"}) {
+        folder.touch(std::string("walk.") + number + ".png");
+    }
+    json scene =
+        withLayer({{"name", "Walk"}, {"image", (folder.path() / "walk.%d.png").string()}, {"first", 1}, {"count", 3}});
+    std::vector<std::string> looked;
+    EXPECT_THAT(brokenPictures(scene, PictureCheck::None, looked), IsEmpty());
+    EXPECT_THAT(looked, IsEmpty());
+    EXPECT_THAT(brokenPictures(scene, PictureCheck::Stills, looked), IsEmpty());
+    EXPECT_THAT(looked, ElementsAre("plate.png"));
+    looked.clear();
+    EXPECT_THAT(brokenPictures(scene, PictureCheck::All, looked), IsEmpty());
+    EXPECT_THAT(looked, ElementsAre("plate.png", "walk.1.png", "walk.2.png", "walk.3.png"));
+}
+
+TEST(SceneLayers, BrokenPicturesAreToldWithTheirPlace) {
+    const Folder folder;
+    for (const char* number : {"1", "2", "3"}) {
+        folder.touch(std::string("broken.") + number + ".png");
+    }
+    json scene = withLayer(
+        {{"name", "Walk"}, {"image", (folder.path() / "broken.%d.png").string()}, {"first", 1}, {"count", 3}});
+    scene["layers"][0]["image"] = "broken.png";
+    std::vector<std::string> looked;
+    const std::string still = "scene.json: layers[0].image: broken.png: is cut short";
+    EXPECT_THAT(brokenPictures(scene, PictureCheck::None, looked), IsEmpty());
+    EXPECT_THAT(brokenPictures(scene, PictureCheck::Stills, looked), ElementsAre(still));
+    EXPECT_THAT(
+        brokenPictures(scene, PictureCheck::All, looked),
+        ElementsAre(still, place + ".image: broken.1.png: is cut short", place + ".image: broken.2.png: is cut short",
+                    place + ".image: broken.3.png: is cut short"));
 }
 
 TEST(SceneLayers, AStillLastsAsLongAsTheComposition) {

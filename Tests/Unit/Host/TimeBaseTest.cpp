@@ -20,6 +20,20 @@ TEST(HostTimeBase, CountsLayerTimeFromTheLayersStart) {
     EXPECT_DOUBLE_EQ(base.compositionSeconds(1, 2), 1.501);
 }
 
+// The time of every frame is the nearest double to it, wherever the layer begins, as that of a key that is typed for
+// it.
+TEST(HostTimeBase, RoundsTheTimeOfAFrameOnce) {
+    for (const double start : {0.0, 0.3, 0.1, 0.2, -0.3}) {
+        for (const int rate : {10, 25, 60}) {
+            const TimeBase base({100, 100, {rate, 1}, 10}, start);
+            for (int frame = 0; frame < 200; ++frame)
+                EXPECT_EQ(base.compositionSeconds(base.layerTimeOf(frame), base.scale),
+                          static_cast<double>(frame) / rate)
+                    << start << ' ' << rate << ' ' << frame;
+        }
+    }
+}
+
 TEST(HostTimeBase, KeepsTheScaleWhereATimeIsExact) {
     EXPECT_EQ(toTime(1.92, 25).value, 48);
     EXPECT_EQ(toTime(1.92, 25).scale, 25u);
