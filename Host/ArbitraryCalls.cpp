@@ -31,14 +31,6 @@ void ArbitraryCalls::run(PF_ArbParamsExtra& extra, PF_ArbitraryH* made) const {
     require(result.error == PF_Err_NONE, result.error);
 }
 
-PF_ArbitraryH ArbitraryCalls::make() const {
-    PF_ArbitraryH value = nullptr;
-    PF_ArbParamsExtra extra = request(PF_Arbitrary_NEW_FUNC);
-    extra.u.new_func_params.arbPH = &value;
-    run(extra, &value);
-    return value;
-}
-
 PF_ArbitraryH ArbitraryCalls::copy(PF_ArbitraryH value) const {
     PF_ArbitraryH made = nullptr;
     PF_ArbParamsExtra extra = request(PF_Arbitrary_COPY_FUNC);
@@ -95,16 +87,6 @@ PF_ArbitraryH ArbitraryCalls::interpolate(PF_ArbitraryH left, PF_ArbitraryH righ
     extra.u.interp_func_params.interpPH = &made;
     run(extra, &made);
     return made;
-}
-
-A_long ArbitraryCalls::compare(PF_ArbitraryH a, PF_ArbitraryH b) const {
-    PF_ArbCompareResult result = PF_ArbCompare_NOT_EQUAL;
-    PF_ArbParamsExtra extra = request(PF_Arbitrary_COMPARE_FUNC);
-    extra.u.compare_func_params.a_arbH = a;
-    extra.u.compare_func_params.b_arbH = b;
-    extra.u.compare_func_params.compareP = &result;
-    run(extra);
-    return result;
 }
 
 }  // namespace TessavoyHost

@@ -17,13 +17,11 @@ class ArbitraryCalls {
 public:
     ArbitraryCalls(EffectHost& host, const RegisteredParameter& parameter);
 
-    PF_ArbitraryH make() const;
     PF_ArbitraryH copy(PF_ArbitraryH value) const;
     void dispose(PF_ArbitraryH value) const;
     std::vector<std::byte> flatten(PF_ArbitraryH value) const;
     PF_ArbitraryH unflatten(const std::vector<std::byte>& flat) const;
     PF_ArbitraryH interpolate(PF_ArbitraryH left, PF_ArbitraryH right, double share) const;
-    A_long compare(PF_ArbitraryH a, PF_ArbitraryH b) const;
 
 private:
     PF_ArbParamsExtra request(A_long selector) const;

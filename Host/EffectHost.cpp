@@ -37,7 +37,9 @@ A_Err takeDescription(PF_PluginDataPtr data, const A_u_char* name, const A_u_cha
 
 // Out of memory stands for everything that OpenGL refuses.
 std::string setUpRemedy(PF_Err error) {
-    return error == PF_Err_OUT_OF_MEMORY ? "; the effect needs a driver for OpenGL 3.3 with EGL, such as Mesa's" : "";
+    return error == PF_Err_OUT_OF_MEMORY
+               ? "; the effect needs a driver for OpenGL 3.3, on Linux with EGL, such as Mesa's"
+               : "";
 }
 
 RegisteredParameter inputLayer() {
@@ -111,7 +113,9 @@ void EffectHost::setUp() {
             throw HostError(ExitStatus::Module, failureOf("setting the module up", result.error, result.message) +
                                                     setUpRemedy(result.error));
         registerParameters();
-        mDescription.about = command(PF_Cmd_ABOUT).message;
+        const CommandResult about = command(PF_Cmd_ABOUT);
+        mDescription.about = about.message;
+        noteAll(about.broken);
     } catch (...) {
         if (mSetUp)
             setDown();

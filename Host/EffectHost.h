@@ -56,7 +56,7 @@ public:
     // An instance of the effect on the project's effect layer. Throws HostError.
     std::unique_ptr<EffectInstance> createInstance(const Project& project);
 
-    // One command without an instance, for tests: what the module answers is in the result.
+    // One command without an instance: what the module answers is in the result.
     CommandResult command(PF_Cmd command, void* extra = nullptr);
 
     // Sets the module down before its time and tells what it left; the destructor then does nothing.

@@ -78,10 +78,24 @@ CommandSetting EffectInstance::settingOfPanel(int frame) const {
     return setting;
 }
 
+namespace {
+
+// To be called while what was thrown in making, copying or taking over parameters' values is handled.
+void tellFailedValue(CommandContext& context) {
+    context.fails("a parameter's value can't be made, copied or taken over",
+                  answerToException(&context, "PF_Cmd_ARBITRARY_CALLBACK"));
+}
+
+}  // namespace
+
 CommandResult EffectInstance::command(PF_Cmd command, int frame, void* extra, PF_ParamDef** params) {
     CommandContext context(mHost, this, command, settingOfPanel(frame));
-    ParameterArray values(context);
-    context.run(params == nullptr ? values.data() : params, nullptr, extra);
+    try {
+        ParameterArray values(context);
+        context.run(params == nullptr ? values.data() : params, nullptr, extra);
+    } catch (const HostCallFailure&) {
+        tellFailedValue(context);
+    }
     mSequence.changed();
     return context.finish();
 }
@@ -106,8 +120,7 @@ CommandResult EffectInstance::run(const PanelCall& call) {
             changed = values.changed();
         }
     } catch (...) {
-        context.fails("a parameter's value can't be copied or taken over",
-                      answerToException(&context, "PF_Cmd_ARBITRARY_CALLBACK"));
+        tellFailedValue(context);
     }
     mSequence.changed();
     CommandResult result = context.finish();
@@ -126,8 +139,12 @@ CommandResult EffectInstance::panelEvent(PF_EventExtra& extra, int frame) {
 CommandResult EffectInstance::drawEvent(PF_EventExtra& extra, int frame, Drawing& drawing) {
     CommandContext context(mHost, this, PF_Cmd_EVENT, settingOfPanel(frame));
     context.drawing = &drawing;
-    ParameterArray values(context, LayerPixels::Absent);
-    context.run(values.data(), nullptr, &extra);
+    try {
+        ParameterArray values(context, LayerPixels::Absent);
+        context.run(values.data(), nullptr, &extra);
+    } catch (const HostCallFailure&) {
+        tellFailedValue(context);
+    }
     return context.finish();
 }
 

@@ -212,7 +212,8 @@ void TextureAtlas::BuildFromTimeline(PF_InData* inData, const AESDK_OpenGL_Effec
         }
     }
     for (std::int32_t i = 1; i < frameCount; ++i) {
-        LayerFrame frame(inData, layerParamIndex, timeline.firstRequest + inData->time_step * i);
+        const std::int64_t time = timeline.firstRequest + std::int64_t{inData->time_step} * i;
+        LayerFrame frame(inData, layerParamIndex, static_cast<A_long>(time));
         const std::uint32_t place = static_cast<std::uint32_t>(i) % page.frames;
         upload(suites, frame.world(), place % columns * page.frameWidth, place / columns * page.frameHeight,
                static_cast<std::uint32_t>(i) / page.frames);

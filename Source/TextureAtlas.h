@@ -35,8 +35,9 @@ public:
     /// Frames cut from one picture, row by row from its top left: as many as given across and down. A limit that isn't
     /// 0 lowers the number of frames.
     ///
-    /// Both builds throw Exception with code 512 and a text when the texture would be larger than the GPU takes, and
-    /// with the host's code when it gives no pixels; a host without "PF Pixel Data Suite" gives the plain integer 516.
+    /// Both builds throw Exception with code 512 and a text when the texture would be wider or higher than the GPU
+    /// takes (how many layers it takes is not asked), and with the host's code when it gives no pixels; a host without
+    /// "PF Pixel Data Suite" gives the plain integer 516.
     void BuildFromImage(PF_InData* inData, const AESDK_OpenGL::AESDK_OpenGL_EffectRenderData& renderData,
                         PF_EffectWorld* layerWorld, std::uint32_t columns, std::uint32_t rows, std::int32_t limit);
 

@@ -46,7 +46,7 @@ CommandResult clickControl(EffectInstance& instance, int parameter) {
     PanelReader panel(instance);
     PF_EventExtra event = panel.eventOf(PF_Event_DO_CLICK, parameter, PF_Rect{});
     event.u.do_click.num_clicks = 1;
-    return instance.command(PF_Cmd_EVENT, 0, &event);
+    return instance.panelEvent(event, 0);
 }
 
 // Over a link the file that it leads to; with the permissions that were there.

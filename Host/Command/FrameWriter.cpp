@@ -1,5 +1,6 @@
 #include "Host/Command/FrameWriter.h"
 
+#include <system_error>
 #include <utility>
 
 #include "Host/SignalStack.h"
@@ -9,7 +10,14 @@ namespace TessavoyHost {
 FrameWriter::FrameWriter(int threads, Order order) : mOrder(order) {
     const int count = order == Order::ByPosition ? 1 : threads;
     for (int i = 0; i < count; ++i) {
-        mThreads.emplace_back([this] { writeFrames(); });
+        try {
+            mThreads.emplace_back([this] { writeFrames(); });
+        } catch (const std::system_error&) {
+            if (mThreads.empty()) {
+                throw;
+            }
+            return;  // fewer write as well
+        }
     }
 }
 

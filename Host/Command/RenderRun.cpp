@@ -34,7 +34,11 @@ RenderRun::RenderRun(RunSettings settings, FrameWork& work, RunReporter& reporte
       mReporter(reporter),
       mEnvironment(std::move(environment)),
       mSchedule(mSettings.frames.size(), slotsFor(mSettings.threads)),
-      mWriter(mSettings.threads, mSettings.order) {}
+      mWriter(renderThreads(), mSettings.order) {}
+
+int RenderRun::renderThreads() const {
+    return std::min(mSettings.threads, static_cast<int>(mSettings.frames.size()));
+}
 
 ExitStatus RenderRun::run() {
     startThreads();
@@ -48,7 +52,7 @@ ExitStatus RenderRun::run() {
 }
 
 void RenderRun::startThreads() {
-    const int count = std::min(mSettings.threads, static_cast<int>(mSettings.frames.size()));
+    const int count = renderThreads();
     for (int i = 0; i < count; ++i) {
         try {
             const std::lock_guard lock(mMutex);

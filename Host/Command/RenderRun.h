@@ -72,6 +72,7 @@ private:
         Clock::time_point since;
     };
 
+    int renderThreads() const;  // no more than there are frames
     void startThreads();
     void renderFrames();
     void handle(std::size_t position);

@@ -43,13 +43,16 @@ RampEditor::RampEditor(RampData& ramp, const PF_Rect& frame)
 
 // A click with the modifier counts as a change also where the interpolation stays.
 RampClick RampEditor::click(const ControlClick& click) {
-    if (isDead() || !isInside(click.place)) {
+    if (!isInside(click.place)) {
         return {};
     }
     if (click.withModifier) {
         const auto next = mRamp.mode == RampModeWithoutSin ? nextWithoutSin : nextOfAll;
         mRamp.interpolation = next(mRamp.interpolation);
         return {.effect = RampClick::Effect::Changed};
+    }
+    if (isDead()) {
+        return {};
     }
     const Point hit = hitPoint(click.place);
     if (hit != mRamp.points.end()) {

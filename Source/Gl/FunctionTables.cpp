@@ -40,14 +40,26 @@ public:
     void runAlone(bool callerReads, Change change) {
         std::unique_lock lock(mMutex);
         const int own = callerReads ? 1 : 0;
-        mCount -= own;
+        const StepAside aside(mCount, own);
         mLeft.notify_all();
         mLeft.wait(lock, [this] { return mCount == 0; });
         change();
-        mCount += own;
     }
 
 private:
+    /// Takes the calling thread out of the count while it lives, also when the change fails.
+    class StepAside {
+    public:
+        StepAside(int& count, int own) : mCount(count), mOwn(own) { mCount -= mOwn; }
+        ~StepAside() { mCount += mOwn; }
+        StepAside(const StepAside&) = delete;
+        StepAside& operator=(const StepAside&) = delete;
+
+    private:
+        int& mCount;
+        const int mOwn;
+    };
+
     std::mutex mMutex;
     std::condition_variable mLeft;
     int mCount = 0;

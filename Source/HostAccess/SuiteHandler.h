@@ -51,7 +51,7 @@ private:
         }
     };
 
-    /// Every suite and version that the effect calls.
+    /// Every suite and version that the effect knows, more than it calls.
     using KnownSuites =
         SuiteList<PF_HandleSuite1, PF_ANSICallbacksSuite1, PF_WorldSuite2, PF_PixelDataSuite1, PF_iterateFloatSuite1,
                   PF_Iterate8Suite1, PF_iterate16Suite1, PF_ParamUtilsSuite3, PF_PathQuerySuite1, PF_PathDataSuite1,

@@ -97,8 +97,7 @@ void walk(const GridInstances& instances, Sequence& left, Sequence& right, Batch
         const BatchSize size{sums.vertices, sums.indices,
                              textured ? sizeof(TexturedInstanceVertex) : sizeof(InstanceVertex)};
         const BatchRoom room = sink.begin(size);
-        EmissionCursor cursor{0, static_cast<std::byte*>(room.vertices), static_cast<std::uint32_t>(size.vertexStride),
-                              room.indices};
+        EmissionCursor cursor{0, static_cast<std::byte*>(room.vertices), room.indices};
         writeBatch(instances, left, right, emitter, cursor);
         sink.end({cursor.nextVertex, static_cast<std::size_t>(cursor.index - room.indices), size.vertexStride});
     }

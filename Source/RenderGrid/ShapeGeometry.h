@@ -14,10 +14,9 @@ namespace Tessavoy {
 
 /// Where the next cell of a batch is written. The memory must have room for what CountInstance says.
 struct EmissionCursor {
-    std::uint32_t nextVertex = 0;     ///< number of the next vertex in its batch
-    std::byte* vertex = nullptr;      ///< where it goes
-    std::uint32_t vertexStride = 28;  ///< bytes: 28 for InstanceVertex, 40 for TexturedInstanceVertex
-    std::uint32_t* index = nullptr;   ///< where the next index goes
+    std::uint32_t nextVertex = 0;    ///< number of the next vertex in its batch
+    std::byte* vertex = nullptr;     ///< where it goes: an InstanceVertex, or where there is an atlas a textured one
+    std::uint32_t* index = nullptr;  ///< where the next index goes
 };
 
 /// What emission needs to know of its frame.

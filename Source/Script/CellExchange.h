@@ -16,9 +16,9 @@ void pushCell(lua_State* lua, const PF_InData& inData, const CellScriptInputs& i
 
 /// Reads the outputs from stack positions 1 to 22 into the cell; pops nothing.
 ///
-/// What is no number reads as 0. Infinities become 0, NaN stays (in partsCount and spriteIndex, which are truncated,
-/// NaN becomes 0 and what an integer can't hold its nearest bound). The test for infinity is made in double precision:
-/// a finite number too large for single precision is stored as an infinity.
+/// What is no number reads as 0. Infinities become 0, NaN stays. In partsCount and spriteIndex, which are truncated,
+/// NaN becomes 0 and what an integer can't hold its nearest bound; so does an infinity in partsCount alone. The test
+/// for infinity is made in double precision: a finite number too large for single precision is stored as an infinity.
 void readCell(lua_State* lua, InstanceState& cell);
 
 }  // namespace Tessavoy

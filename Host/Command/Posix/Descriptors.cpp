@@ -1,10 +1,10 @@
 #include "Host/Command/Descriptors.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <string>
 
 namespace TessavoyHost {
@@ -44,12 +44,7 @@ int openNullDevice() noexcept {
 }
 
 int openNamelessFile() {
-    std::string name = "/tmp/tessavoy-XXXXXX";
-    const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
-    if (descriptor != -1) {
-        ::unlink(name.c_str());
-    }
-    return descriptor;
+    return ::memfd_create("tessavoy", MFD_CLOEXEC);
 }
 
 void rewindDescriptor(int descriptor) {

@@ -244,15 +244,22 @@ TEST_F(RampEditing, AFrameWithoutARangeIsDead) {
     const Points before = ramp.points;
     for (const PF_Rect& small : {PF_Rect{0, 0, 12, 100}, PF_Rect{0, 0, 100, 12}, PF_Rect{0, 0, 0, 0}}) {
         RampEditor editor(ramp, small);
-        for (const std::int32_t count : {1, 2}) {
+        for (const std::int32_t count : {1, 2})
             EXPECT_EQ(editor.click({{0, 0}, count, false}).effect, Effect::Nothing);
-            EXPECT_EQ(editor.click({{6, 6}, count, true}).effect, Effect::Nothing);
-        }
         RampDrag dragged{0, 0, 0};
         EXPECT_FALSE(editor.drag(dragged, {6, 6}));
     }
     EXPECT_EQ(ramp.points, before);
     EXPECT_EQ(ramp.interpolation, RampInterpolationLine);
+}
+
+// The interpolation has no place in the frame, so it needs none.
+TEST_F(RampEditing, TheModifierTurnsTheInterpolationInAnyFrame) {
+    RampEditor editor(ramp, {0, 0, 12, 100});
+    EXPECT_EQ(editor.click({{6, 6}, 1, true}).effect, Effect::Changed);
+    EXPECT_EQ(ramp.interpolation, RampInterpolationStep);
+    EXPECT_EQ(editor.click({{13, 6}, 1, true}).effect, Effect::Nothing) << "outside";
+    EXPECT_EQ(ramp.interpolation, RampInterpolationStep);
 }
 
 }  // namespace

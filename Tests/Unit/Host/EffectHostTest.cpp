@@ -79,10 +79,9 @@ TEST_F(HostEffectHost, TellsWhyTheSetUpFailed) {
         FAIL() << "set up";
     } catch (const HostError& error) {
         EXPECT_EQ(error.status(), ExitStatus::Module);
-        EXPECT_STREQ(
-            error.what(),
-            "setting the module up failed with error 4: no driver; the effect needs a driver for OpenGL 3.3 with "
-            "EGL, such as Mesa's");
+        EXPECT_STREQ(error.what(),
+                     "setting the module up failed with error 4: no driver; the effect needs a driver for OpenGL 3.3, "
+                     "on Linux with EGL, such as Mesa's");
     }
 }
 

@@ -25,7 +25,7 @@ Emitted written(const EmissionFrame& frame, const std::vector<InstanceState>& ce
         sums.indices += CountInstance(frame, cell).indices;
     }
     Emitted result{std::vector<InstanceVertex>(sums.vertices), std::vector<std::uint32_t>(sums.indices)};
-    EmissionCursor cursor{0, reinterpret_cast<std::byte*>(result.vertices.data()), 28, result.indices.data()};
+    EmissionCursor cursor{0, reinterpret_cast<std::byte*>(result.vertices.data()), result.indices.data()};
     for (const InstanceState& cell : cells) {
         emit(cell, cursor);
     }
@@ -247,7 +247,7 @@ TEST(OutlinePattern, WritesNothingBeyondItsCells) {
     for (int cell = 0; cell < 4; ++cell) {
         std::vector<float> vertices(9 * 7 + 4, 77.0F);
         std::vector<std::uint32_t> indices(36 + 4, 77U);
-        EmissionCursor cursor{0, reinterpret_cast<std::byte*>(vertices.data()), 28, indices.data()};
+        EmissionCursor cursor{0, reinterpret_cast<std::byte*>(vertices.data()), indices.data()};
         emitter.emit(instances.cells()[cell], cursor);
         EXPECT_EQ(cursor.index, indices.data() + 36);
         for (int guard = 0; guard < 4; ++guard) {

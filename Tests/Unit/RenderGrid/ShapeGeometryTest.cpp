@@ -57,7 +57,7 @@ Emitted emitted(ShapeCell& cell, const EmissionFrame& frame = {}, std::uint32_t 
     result.vertices.assign(count.vertices + 1, {guard, guard, guard, guard, guard, guard, guard});
     result.indices.assign(count.indices + 1, 0xDEADBEEF);
     OutlineBuilder builder;
-    EmissionCursor cursor{firstVertex, reinterpret_cast<std::byte*>(result.vertices.data()), 28, result.indices.data()};
+    EmissionCursor cursor{firstVertex, reinterpret_cast<std::byte*>(result.vertices.data()), result.indices.data()};
     EmitInstance(frame, cell.state, builder, cursor);
     EXPECT_EQ(result.vertices.back().x, guard);
     EXPECT_EQ(result.indices.back(), 0xDEADBEEF);
@@ -222,7 +222,7 @@ TEST(ShapeGeometry, TheLinkBeforeIsTakenAsCollapsedByThisPartsFlag) {
         cell.parts[1].roundingRadius = 0.05F;
         std::vector<InstanceVertex> vertices(CountInstance({}, cell.state).vertices);
         std::vector<std::uint32_t> indices(CountInstance({}, cell.state).indices);
-        EmissionCursor cursor{0, reinterpret_cast<std::byte*>(vertices.data()), 28, indices.data()};
+        EmissionCursor cursor{0, reinterpret_cast<std::byte*>(vertices.data()), indices.data()};
         OutlineBuilder builder;
         EmitInstance({}, cell.state, builder, cursor);
         return vertices[3];  // centre, corner 0, link 0, then the first tangent point of corner 1
@@ -416,7 +416,7 @@ TEST(ShapeGeometry, ATexturedQuadShowsItsFrameAndIsNotTurned) {
     std::vector<TexturedInstanceVertex> vertices(4);
     std::vector<std::uint32_t> indices(6);
     OutlineBuilder builder;
-    EmissionCursor cursor{8, reinterpret_cast<std::byte*>(vertices.data()), 40, indices.data()};
+    EmissionCursor cursor{8, reinterpret_cast<std::byte*>(vertices.data()), indices.data()};
     EmitInstance(frame, cell.state, builder, cursor);
     EXPECT_EQ(indices, (std::vector<std::uint32_t>{8, 9, 10, 8, 10, 11}));
     EXPECT_EQ(cursor.nextVertex, 12U);
@@ -444,7 +444,7 @@ TEST(ShapeGeometry, FrameNumbersOutsideTheAtlasArePinned) {
         cell.state.spriteIndex = sprite;
         std::vector<TexturedInstanceVertex> vertices(4);
         std::vector<std::uint32_t> indices(6);
-        EmissionCursor cursor{0, reinterpret_cast<std::byte*>(vertices.data()), 40, indices.data()};
+        EmissionCursor cursor{0, reinterpret_cast<std::byte*>(vertices.data()), indices.data()};
         emitTexturedQuad(atlas, cell.state, cursor);
         EXPECT_EQ(vertices[0].u, sprite <= 1 ? 0.0F : 0.5F) << sprite;
     }

@@ -68,6 +68,7 @@ TEST(EffectMain, ReferenceValuesSpellTheKinds) {
 TEST(EffectMain, EventsOfOtherControlsAndOtherEventsOfTheScriptAreAnsweredWith0) {
     PF_EventExtra extra{};
     extra.e_type = PF_Event_DRAW;
+    extra.effect_win.area = PF_EA_CONTROL;
     for (const A_long index : {-1, 0, 1, 996, 5000}) {
         extra.effect_win.index = index;
         EXPECT_EQ(EffectMain(PF_Cmd_EVENT, nullptr, nullptr, nullptr, nullptr, &extra), 0) << "parameter " << index;
