@@ -425,6 +425,30 @@ TEST_F(HostFrame, FailsWhereMemoryRunsOutInACommandWithinIt) {
     }
 }
 
+// The fake effect, but that it interpolates nothing.
+PF_Err refuseInterpolation(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output,
+                           void* extra) {
+    const bool interpolates = command == PF_Cmd_ARBITRARY_CALLBACK &&
+                              static_cast<PF_ArbParamsExtra*>(extra)->which_function == PF_Arbitrary_INTERP_FUNC;
+    return interpolates ? PF_Err{PF_Err_INVALID_INDEX}
+                        : FakeEffect::entryPoints().effectMain(command, in, out, params, output, extra);
+}
+
+// Parameters' values go with the commands of panels, too, and one of them may not be had.
+TEST_F(HostFrame, AValueThatTheModuleRefusesFailsACommand) {
+    Project project = FakeProject::project();
+    project.parameters[FakeEffect::Data].keys = {{0, ArbitraryValue{std::vector<std::byte>(8)}, Ease::Linear},
+                                                 {4, ArbitraryValue{}, Ease::Linear}};
+    ModuleEntryPoints module = FakeEffect::entryPoints();
+    module.effectMain = refuseInterpolation;
+    EffectHost host(module);
+    const auto instance = host.createInstance(project);
+    EXPECT_EQ(instance->command(PF_Cmd_UPDATE_PARAMS_UI, 0).error, PF_Err_NONE) << "at a key nothing is interpolated";
+    const CommandResult between = instance->command(PF_Cmd_UPDATE_PARAMS_UI, 50);
+    EXPECT_EQ(between.error, PF_Err_INVALID_INDEX);
+    EXPECT_EQ(instance->panelCommand(PF_Cmd_UPDATE_PARAMS_UI, 50).error, PF_Err_INVALID_INDEX);
+}
+
 TEST_F(HostFrame, RendersOnSeveralThreadsAtOnce) {
     Project project = FakeProject::project();
     project.parameters[FakeEffect::Slider] = {{{0, 0.0, Ease::Linear}, {4, 100.0, Ease::Linear}}};
