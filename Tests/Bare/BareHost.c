@@ -48,6 +48,15 @@ enum {
     FloatSliderDef_valid_min = 48,
     FloatSliderDef_valid_max = 52,
     FloatSliderDef_dephault = 64,
+    ArbitraryDef_id = 0,
+    ArbitraryDef_dephault = 8,
+    ArbitraryDef_refcon = 24,
+
+    ArbParamsExtra_size = 48,
+    ArbParamsExtra_which_function = 0,
+    ArbParamsExtra_id = 4,
+    ArbParamsExtra_dispose_refcon = 8,
+    ArbParamsExtra_dispose_arbH = 16,
 
     BasicSuite_size = 56,
     HandleSuite_size = 48,
@@ -61,7 +70,8 @@ enum {
 
 enum { Cmd_ABOUT = 0, Cmd_GLOBAL_SETUP = 1, Cmd_UNUSED = 2, Cmd_GLOBAL_SETDOWN = 3, Cmd_PARAMS_SETUP = 4 };
 enum { Cmd_SEQUENCE_SETUP = 5, Cmd_SEQUENCE_SETDOWN = 8 };
-enum { Param_CHECKBOX = 4, Param_FLOAT_SLIDER = 10 };
+enum { Cmd_ARBITRARY_CALLBACK = 22, Arbitrary_DISPOSE_FUNC = 1 };
+enum { Param_CHECKBOX = 4, Param_FLOAT_SLIDER = 10, Param_ARBITRARY_DATA = 11 };
 
 typedef int32_t (*PluginDataCallback)(void*, const unsigned char*, const unsigned char*, const unsigned char*,
                                       const unsigned char*, int32_t, int32_t, int32_t, int32_t);
@@ -220,6 +230,24 @@ enum { ExpectedParameters = 996 };
 static int32_t diskIds[ExpectedParameters + 1];
 static int parameters = 0;
 
+/* The defaults of arbitrary data are the host's, which has the module dispose of them in the end: the callback's extra
+ * records for that. */
+enum { MostArbitrary = 32 };
+static unsigned char disposals[MostArbitrary][ArbParamsExtra_size];
+static int arbitraryDefaults = 0;
+
+static void keepDefault(const unsigned char* definition) {
+    unsigned char* extra = disposals[arbitraryDefaults];
+    if (pointerAt(definition, ArbitraryDef_dephault) == NULL || arbitraryDefaults == MostArbitrary) {
+        return;
+    }
+    putInt(extra, ArbParamsExtra_which_function, Arbitrary_DISPOSE_FUNC);
+    memcpy(extra + ArbParamsExtra_id, definition + ArbitraryDef_id, 2);
+    putPointer(extra, ArbParamsExtra_dispose_refcon, pointerAt(definition, ArbitraryDef_refcon));
+    putPointer(extra, ArbParamsExtra_dispose_arbH, pointerAt(definition, ArbitraryDef_dephault));
+    ++arbitraryDefaults;
+}
+
 static void expectParameter(const unsigned char* record, int32_t type, const char* name) {
     expect(intAt(record, ParamDef_type) == type, "the type of a parameter");
     expect(strcmp((const char*)record + ParamDef_name, name) == 0, "the name of a parameter");
@@ -242,6 +270,9 @@ static int32_t addParam(void* effect, int32_t index, void* definition) {
     }
     for (i = 0; i < parameters && i < ExpectedParameters; ++i) {
         expect(diskIds[i] != id, "two parameters have one disk id");
+    }
+    if (intAt(record, ParamDef_type) == Param_ARBITRARY_DATA) {
+        keepDefault(record + ParamDef_union);
     }
     if (parameters < ExpectedParameters) {
         diskIds[parameters] = id;
@@ -285,9 +316,13 @@ static void fillInData(void) {
     putPointer(inData, InData_pica_basic, basicSuite);
 }
 
-static int32_t command(EffectEntry effect, int32_t number) {
+static int32_t commandWith(EffectEntry effect, int32_t number, void* extra) {
     memset(outData, 0, sizeof outData);
-    return effect(number, inData, outData, NULL, NULL, NULL);
+    return effect(number, inData, outData, NULL, NULL, extra);
+}
+
+static int32_t command(EffectEntry effect, int32_t number) {
+    return commandWith(effect, number, NULL);
 }
 
 static void playSetUp(EffectEntry effect) {
@@ -321,17 +356,24 @@ static void playSequence(EffectEntry effect) {
     putPointer(inData, InData_sequence_data, NULL);
 }
 
+static void disposeOfDefaults(EffectEntry effect) {
+    int i;
+    for (i = 0; i < arbitraryDefaults; ++i) {
+        expect(commandWith(effect, Cmd_ARBITRARY_CALLBACK, disposals[i]) == 0, "the result of disposing of a default");
+    }
+}
+
 static void playLife(EffectEntry effect) {
-    int handlesOfDefaults;
     expect(command(effect, Cmd_ABOUT) == 0, "the result of about");
     expect(strncmp((const char*)outData + OutData_return_msg, "Tessavoy v1.3\r", 14) == 0, "the text of about");
     playSetUp(effect);
     playRegistration(effect);
-    handlesOfDefaults = liveHandles - 1; /* the global data is the module's */
+    expect(liveHandles == arbitraryDefaults + 1, "handles beside the defaults and the global data");
     playSequence(effect);
     expect(command(effect, Cmd_UNUSED) == 0, "the result of a command that is not known");
+    disposeOfDefaults(effect);
     expect(command(effect, Cmd_GLOBAL_SETDOWN) == 0, "the result of the global set-down");
-    expect(liveHandles == handlesOfDefaults, "handles that are left");
+    expect(liveHandles == 0, "handles that are left");
     expect(liveLocks == 0, "locks that are left");
     expect(liveSuites == 0, "suites that are left");
 }
