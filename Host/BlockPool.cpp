@@ -36,16 +36,22 @@ BlockPool::Block BlockPool::take(std::size_t bytes) {
     return {static_cast<std::byte*>(::operator new(bytes == 0 ? 1 : bytes, alignment)), bytes};
 }
 
-void BlockPool::give(Block block) {
-    if (block.capacity >= large) {
-        const std::lock_guard lock(mMutex);
-        if (mKeptBytes + block.capacity <= mostKept) {
-            mKept.emplace(block.capacity, block.data);
-            mKeptBytes += block.capacity;
-            return;
-        }
+void BlockPool::give(Block block) noexcept {
+    if (block.capacity < large || !keep(block))
+        ::operator delete(block.data, alignment);
+}
+
+bool BlockPool::keep(Block block) noexcept {
+    const std::lock_guard lock(mMutex);
+    if (mKeptBytes + block.capacity > mostKept)
+        return false;
+    try {
+        mKept.emplace(block.capacity, block.data);
+    } catch (const std::bad_alloc&) {
+        return false;
     }
-    ::operator delete(block.data, alignment);
+    mKeptBytes += block.capacity;
+    return true;
 }
 
 std::size_t BlockPool::freshLargeBlocks() const {

@@ -25,12 +25,15 @@ public:
 
     // A block of at least so many bytes, never null. Throws std::bad_alloc.
     Block take(std::size_t bytes);
-    void give(Block block);
+    void give(Block block) noexcept;
 
     // How many large blocks had to be asked of the system so far.
     std::size_t freshLargeBlocks() const;
 
 private:
+    // Whether there was room for it among those that are kept.
+    bool keep(Block block) noexcept;
+
     mutable std::mutex mMutex;
     std::multimap<std::size_t, std::byte*> mKept;  // by capacity
     std::size_t mKeptBytes = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <new>
 
 namespace TessavoyHost {
 
@@ -12,11 +13,17 @@ Handles::~Handles() {
 }
 
 PF_Handle Handles::make(std::size_t bytes) {
-    auto record = std::make_unique<Record>(Record{nullptr, bytes, 0, freshBlock(bytes)});
+    auto record = std::make_unique<Record>(Record{nullptr, bytes, 0, {}});
+    record->block = freshBlock(bytes);
     record->address = record->block.data;
-    const std::lock_guard lock(mMutex);
     const auto handle = &record->address;
-    mAlive.insert(handle);
+    const std::lock_guard lock(mMutex);
+    try {
+        mAlive.insert(handle);
+    } catch (const std::bad_alloc&) {
+        BlockPool::shared().give(record->block);
+        throw;
+    }
     record.release();
     return handle;
 }

@@ -145,7 +145,11 @@ void StrayLines::endInHandler() noexcept {
 void StrayLines::dropWhatFollows() const noexcept {
     const int nowhere = openNullDevice();
     for (const int descriptor : mDescriptors) {
-        pointDescriptor(descriptor, nowhere);
+        if (nowhere != -1) {
+            pointDescriptor(descriptor, nowhere);
+        } else {
+            closeDescriptor(descriptor);
+        }
     }
     closeDescriptor(nowhere);
 }
