@@ -28,6 +28,17 @@ void closeDescriptor(int descriptor) noexcept;
 // The null device, for writing. Signal handlers may call it.
 int openNullDevice() noexcept;
 
+// What is written to the descriptor from then on goes nowhere. Signal handlers may call it.
+inline void silenceDescriptor(int descriptor) noexcept {
+    const int nowhere = openNullDevice();
+    if (nowhere == -1) {
+        closeDescriptor(descriptor);
+        return;
+    }
+    pointDescriptor(descriptor, nowhere);
+    closeDescriptor(nowhere);
+}
+
 // A file without a name, for writing and reading, that is gone once closed. -1 at an error.
 int openNamelessFile();
 

@@ -13,8 +13,8 @@ namespace TessavoyHost {
 // To be called once, first. From then on a crash says that the module could not be set up, and has that status.
 void guardSetUp();
 
-// From then on a crash is the module's, and has the same status: it is set up and at work on something else than
-// frames.
+// From then on a crash says that the module crashed, with the status of one that can't be set up. For work on something
+// else than frames.
 void guardWork();
 
 // From then on a crash says that a frame crashed, and has the status of a failed frame.

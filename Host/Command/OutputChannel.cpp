@@ -143,15 +143,9 @@ void StrayLines::endInHandler() noexcept {
 
 // The reader comes to its end as the descriptors are the only ways into the pipe.
 void StrayLines::dropWhatFollows() const noexcept {
-    const int nowhere = openNullDevice();
     for (const int descriptor : mDescriptors) {
-        if (nowhere != -1) {
-            pointDescriptor(descriptor, nowhere);
-        } else {
-            closeDescriptor(descriptor);
-        }
+        silenceDescriptor(descriptor);
     }
-    closeDescriptor(nowhere);
 }
 
 void StrayLines::read() {

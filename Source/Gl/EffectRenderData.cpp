@@ -50,7 +50,7 @@ void AESDK_OpenGL_EffectCommonData::SetUpContext(const AESDK_OpenGL_EffectCommon
     }
     endContext();  // of an attempt that failed
     mContext = createPlatformContext(common != nullptr ? common->mContext.get() : nullptr);
-    MakeContextCurrent();
+    MakeContextCurrent();  // once more, which also finds its table of entry points
     printDescription();
     extensions = glbinding::ContextInfo::extensions();
     glGetIntegerv(GL_MAX_ARRAY_TEXTURE_LAYERS, &maxArrayTextureLayers);

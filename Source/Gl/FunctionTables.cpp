@@ -107,8 +107,7 @@ private:
         }
     }
 
-    /// The names are addresses of objects that live for ever, so that no context of the host's own glbinding calls has
-    /// the same one.
+    /// The names are addresses of objects that live for ever, so that they are no handle of anybody's context.
     void addBlock() {
         mFree.reserve(mNames.size() + contextsPerBlock);
         for (std::size_t slot = 0; slot < contextsPerBlock; ++slot) {
