@@ -1,5 +1,8 @@
 #include "Host/BlockPool.h"
 
+#include "Host/LargePages.h"
+
+#include <algorithm>
 #include <new>
 
 namespace TessavoyHost {
@@ -7,7 +10,19 @@ namespace {
 
 constexpr std::size_t large = std::size_t{64} << 10;
 constexpr std::size_t mostKept = std::size_t{1} << 30;
-constexpr std::align_val_t alignment{64};
+constexpr std::size_t alignment = 64;
+
+BlockPool::Block freshBlock(std::size_t bytes) {
+    const BlockLayout layout = blockLayout(std::max(bytes, std::size_t{1}), alignment);
+    void* const memory = ::operator new (layout.bytes, std::align_val_t{layout.alignment});
+    useLargePages(memory, layout);
+    return {static_cast<std::byte*>(memory), layout.bytes};
+}
+
+// The layout of a block is that of its capacity, which it was asked with.
+void freeBlock(BlockPool::Block block) noexcept {
+    ::operator delete (block.data, std::align_val_t{blockLayout(block.capacity, alignment).alignment});
+}
 
 }  // namespace
 
@@ -18,7 +33,7 @@ BlockPool& BlockPool::shared() {
 
 BlockPool::~BlockPool() {
     for (const auto& [capacity, data] : mKept)
-        ::operator delete(data, alignment);
+        freeBlock({data, capacity});
 }
 
 BlockPool::Block BlockPool::take(std::size_t bytes) {
@@ -33,12 +48,12 @@ BlockPool::Block BlockPool::take(std::size_t bytes) {
         }
         ++mFresh;
     }
-    return {static_cast<std::byte*>(::operator new(bytes == 0 ? 1 : bytes, alignment)), bytes};
+    return freshBlock(bytes);
 }
 
 void BlockPool::give(Block block) noexcept {
     if (block.capacity < large || !keep(block))
-        ::operator delete(block.data, alignment);
+        freeBlock(block);
 }
 
 bool BlockPool::keep(Block block) noexcept {
