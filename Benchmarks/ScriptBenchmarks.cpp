@@ -1,13 +1,14 @@
 // The user's script on one thread. Each figure's bound has the same name with "Bound" at its end.
 //
-//   ScriptCell      a cell through the script: pushed, run, read back. The bound is a bare protected call of the same
-//                   function with as many arguments and results, which are dropped unread: at most 1.25 times it for a
-//                   script that changes nothing. The bound in ScriptCellReadBound reads the results as well.
-//   ScriptGetFloat  a call of an API function from a script's loop, and so for the other two. The bound is the same
-//   loop ScriptGetNoise  over a C function that returns constants, plus as often the work itself in a plain loop: at
-//   most ScriptGetLayer  1.5 times it. ScriptCompile   a script made ready for a frame, and released. The bound is a
-//   state with all libraries and the chunk
-//                   loaded, and closed: at most 1.2 times it.
+// - ScriptCell: a cell through the script: pushed, run, read back. The bound is a bare protected call of the same
+//   function with as many arguments and results, which are dropped unread: at most 1.25 times it for a script that
+//   changes nothing. The bound in ScriptCellReadBound reads all results as well. Script 0 is empty, 1 changes two
+//   outputs, and 2 is the same with a word that has all outputs read.
+// - ScriptGetFloat, ScriptGetNoise, ScriptGetLayer: a call of the API function from a script's loop. The bound is the
+//   same loop over a C function that returns constants, plus as often the work itself in a plain loop: at most 1.5
+//   times it.
+// - ScriptCompile: a script made ready for a frame, and released. The bound is a state with all libraries and the chunk
+//   loaded, and closed: at most 1.2 times it.
 //
 // Items are cells, calls and compilations.
 
@@ -102,7 +103,8 @@ struct Scene {
     InstanceState cell{};
 };
 
-const char* const scripts[] = {"", "x = x + 10 * math.sin(time + i)\ny = y + 10 * math.cos(time + j)"};
+const char* const scripts[] = {"", "x = x + 10 * math.sin(time + i)\ny = y + 10 * math.cos(time + j)",
+                               "x = x + 10 * math.sin(time + i)\ny = y + 10 * math.cos(time + j) -- return"};
 
 void runCells(benchmark::State& state, const std::string& script, int itemsPerCell) {
     Scene scene;
@@ -199,7 +201,7 @@ void ScriptCellReadBound(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
-BENCHMARK(ScriptCell)->ArgName("script")->Arg(0)->Arg(1);
+BENCHMARK(ScriptCell)->ArgName("script")->Arg(0)->Arg(1)->Arg(2);
 BENCHMARK(ScriptCellBound)->ArgName("script")->Arg(0)->Arg(1);
 BENCHMARK(ScriptCellReadBound)->ArgName("script")->Arg(0)->Arg(1);
 

@@ -49,17 +49,27 @@ void pushOutputs(lua_State* lua, const InstanceState& cell) {
     lua_pushinteger(lua, cell.spriteIndex);
 }
 
-/// Reads one stack position after the other, from 1.
+/// Gives one result after the other: read from its stack position, from 1, or if it can't have changed, what went in.
 class Results {
 public:
-    explicit Results(lua_State* lua) : mLua(lua) {}
+    Results(lua_State* lua, OutputSet changed) : mLua(lua), mChanged(changed) {}
 
-    std::uint8_t truth() { return static_cast<std::uint8_t>(lua_toboolean(mLua, ++mPosition)); }
-    double number() { return lua_tonumberx(mLua, ++mPosition, nullptr); }
-    float finite() { return static_cast<float>(zeroForInfinity(number())); }
+    std::uint8_t truth(std::uint8_t before) {
+        return static_cast<std::uint8_t>(next() ? lua_toboolean(mLua, mPosition) : before != 0);
+    }
+    float finite(float before) {
+        return static_cast<float>(zeroForInfinity(next() ? lua_tonumberx(mLua, mPosition, nullptr) : before));
+    }
+    A_long wholeNumber(A_long before) { return next() ? truncated(lua_tonumberx(mLua, mPosition, nullptr)) : before; }
+    A_long finiteWholeNumber(A_long before) {
+        return next() ? truncated(zeroForInfinity(lua_tonumberx(mLua, mPosition, nullptr))) : before;
+    }
 
 private:
+    bool next() { return (mChanged >> mPosition++ & 1) != 0; }
+
     lua_State* mLua;
+    OutputSet mChanged;
     int mPosition = 0;
 };
 
@@ -74,30 +84,30 @@ void pushCell(lua_State* lua, const PF_InData& inData, const CellScriptInputs& i
     pushOutputs(lua, cell);
 }
 
-void readCell(lua_State* lua, InstanceState& cell) {
-    Results results(lua);
-    cell.visible = results.truth();
-    cell.x = results.finite();
-    cell.y = results.finite();
-    cell.z = results.finite();
-    cell.angleX = results.finite();
-    cell.angleY = results.finite();
-    cell.angle = results.finite();
-    cell.radius = results.finite();
-    cell.r = results.finite();
-    cell.g = results.finite();
-    cell.b = results.finite();
-    cell.a = results.finite();
-    cell.feather = results.finite();
-    cell.stroke = results.truth();
-    cell.strokeWidth = results.finite();
-    cell.partsCount = truncated(results.number());
-    cell.anchorX = results.finite();
-    cell.anchorY = results.finite();
-    cell.scaleX = results.finite();
-    cell.scaleY = results.finite();
-    cell.angleOffset = results.finite();
-    cell.spriteIndex = truncated(zeroForInfinity(results.number()));
+void readCell(lua_State* lua, OutputSet changed, InstanceState& cell) {
+    Results results(lua, changed);
+    cell.visible = results.truth(cell.visible);
+    cell.x = results.finite(cell.x);
+    cell.y = results.finite(cell.y);
+    cell.z = results.finite(cell.z);
+    cell.angleX = results.finite(cell.angleX);
+    cell.angleY = results.finite(cell.angleY);
+    cell.angle = results.finite(cell.angle);
+    cell.radius = results.finite(cell.radius);
+    cell.r = results.finite(cell.r);
+    cell.g = results.finite(cell.g);
+    cell.b = results.finite(cell.b);
+    cell.a = results.finite(cell.a);
+    cell.feather = results.finite(cell.feather);
+    cell.stroke = results.truth(cell.stroke);
+    cell.strokeWidth = results.finite(cell.strokeWidth);
+    cell.partsCount = results.wholeNumber(cell.partsCount);
+    cell.anchorX = results.finite(cell.anchorX);
+    cell.anchorY = results.finite(cell.anchorY);
+    cell.scaleX = results.finite(cell.scaleX);
+    cell.scaleY = results.finite(cell.scaleY);
+    cell.angleOffset = results.finite(cell.angleOffset);
+    cell.spriteIndex = results.finiteWholeNumber(cell.spriteIndex);
 }
 
 }  // namespace Tessavoy

@@ -50,6 +50,7 @@ bool ScriptHost::compile(PF_InData* inData, const char* text, const ParameterSna
     if (loadChunk(inData, mState, text) != LUA_OK || lua_pcallk(mState, 0, 0, 0, 0, nullptr) != LUA_OK) {
         return fail();
     }
+    mChanged = outputsThatMayChange(mState, text);
     registerScriptApi(mState, snapshot, this);
     return true;
 }
@@ -85,7 +86,7 @@ bool ScriptHost::runCell(PF_InData* inData, const CellScriptInputs& inputs, Inst
     if (status != LUA_OK) {
         return fail();
     }
-    readCell(mState, cell);
+    readCell(mState, mChanged, cell);
     lua_settop(mState, 0);
     return true;
 }

@@ -6,6 +6,7 @@
 #include "Source/Path.h"
 #include "Source/RenderGrid/CellScript.h"
 #include "Source/RenderGrid/InstanceState.h"
+#include "Source/Script/ChangedOutputs.h"
 #include "Source/Script/SlotNameTable.h"
 
 #include <array>
@@ -91,6 +92,7 @@ private:
     float mDownsampleX = 1.0F;
     float mDownsampleY = 1.0F;
     const Matrix* mGridMatrix = nullptr;
+    OutputSet mChanged = 0;  ///< the outputs that the script may change
     PathTableCache mPaths;
     std::array<SlotNameTable, CustomParameterKinds> mSlotNames;
     std::exception_ptr mFailure;

@@ -127,6 +127,27 @@ TEST(ScriptHost, InfinitiesBecomeZeroAndNotANumberStays) {
     EXPECT_EQ(scene.run("x = 1e300").x, infinity);
 }
 
+// Whether a script names a field or not, an infinity that was in it is gone afterwards.
+TEST(ScriptHost, InfinitiesThatWentInBecomeZeroToo) {
+    for (const char* script : {"", "x = x", "-- return"}) {
+        ScriptScene scene;
+        ScriptHost host;
+        ASSERT_TRUE(host.compile(&scene.host.inData, script, &scene.snapshot));
+        InstanceState cell = scene.cell();
+        cell.x = cell.a = infinity;
+        cell.scaleY = cell.angleOffset = -infinity;
+        cell.r = std::numeric_limits<float>::quiet_NaN();
+        ASSERT_TRUE(host.runCell(&scene.host.inData, scene.inputs, cell));
+        EXPECT_EQ(cell.x, 0.0F) << script;
+        EXPECT_EQ(cell.a, 0.0F) << script;
+        EXPECT_EQ(cell.scaleY, 0.0F) << script;
+        EXPECT_EQ(cell.angleOffset, 0.0F) << script;
+        EXPECT_TRUE(std::isnan(cell.r)) << script;
+        EXPECT_EQ(cell.y, scene.cell().y) << script;
+        host.release(&scene.host.inData);
+    }
+}
+
 TEST(ScriptHost, CountsAreTruncatedAndHeldToTheirRange) {
     ScriptScene scene;
     constexpr A_long most = std::numeric_limits<A_long>::max();
