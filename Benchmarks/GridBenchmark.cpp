@@ -1,8 +1,9 @@
 // One frame of the grid without OpenGL: evaluation, parts, points, order, counts and emission, on one thread, with the
-// host's memory used again from frame to frame. Times are per frame; "cell" is the time per cell.
+// host's memory used again from frame to frame. Times are per frame; "cell" is the time per cell. All memory, that of
+// the bounds and of the batches too, comes from where the command's comes from: in large pages, where there are any.
 //
 //   GridMemset       the bound: a memset of the bytes that a frame of GridConstant writes
-//   GridTraffic      a bound nearer to the frame: the same bytes in the same two passes, copied out of the first cache
+//   GridTraffic      a bound nearer to the frame: the same bytes in the same order, copied out of the first cache
 //   PerlinLoop       the bound of what noise adds: three scalar noises for each cell in a plain loop
 //   GridConstant     the default polygon, all properties constant: at most 4 times GridMemset
 //   GridNoise        the same with noise on size, rotation, hue and brightness: at most GridConstant plus PerlinLoop
@@ -13,45 +14,59 @@
 #include "Source/RenderGrid/BatchWalk.h"
 #include "Source/RenderGrid/GridEvaluator.h"
 #include "Source/RenderGrid/GridInstances.h"
+#include "Source/WriteAhead.h"
 
+#include "Host/BlockPool.h"
+#include "Host/Handles.h"
 #include "HostInterface/SuiteIdentity.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstring>
-#include <list>
-#include <map>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 namespace Tessavoy {
 namespace {
 
-/// A host that lends memory again that it got back, as hosts do that render frame after frame.
+using TessavoyHost::BlockPool;
+
+/// A block as the host's pool gives it, out of a pool of its own: what is kept for others would count in the shared
+/// one.
+class PoolMemory {
+public:
+    /// Touched, so that no page comes new.
+    explicit PoolMemory(std::size_t bytes) : mBlock(mPool.take(bytes)) { std::memset(mBlock.data, 1, bytes); }
+    ~PoolMemory() { mPool.give(mBlock); }
+
+    PoolMemory(const PoolMemory&) = delete;
+    PoolMemory& operator=(const PoolMemory&) = delete;
+
+    std::byte* get() const { return mBlock.data; }
+    std::size_t size() const { return mBlock.capacity; }
+
+private:
+    BlockPool mPool;
+    BlockPool::Block mBlock;
+};
+
+/// As much of a host as lends memory, and lends it again when it got it back.
 class RecyclingHost {
 public:
     RecyclingHost() {
-        current() = this;
-        mHandles.host_new_handle = [](A_HandleSize size) { return current()->lend(size); };
-        mHandles.host_lock_handle = [](PF_Handle handle) -> void* { return *handle; };
-        mHandles.host_unlock_handle = [](PF_Handle) {};
-        mHandles.host_dispose_handle = [](PF_Handle handle) { current()->takeBack(handle); };
+        mSuite.host_new_handle = [](A_HandleSize size) { return handles().make(size); };
+        mSuite.host_lock_handle = [](PF_Handle handle) { return handles().lock(handle); };
+        mSuite.host_unlock_handle = [](PF_Handle handle) { handles().unlock(handle); };
+        mSuite.host_dispose_handle = [](PF_Handle handle) { handles().dispose(handle); };
         mBasic.AcquireSuite = [](const char* name, std::int32_t, const void** suite) -> SPErr {
             const bool known = std::string_view(name) == SuiteIdentity<PF_HandleSuite1>::name;
-            *suite = known ? &current()->mHandles : nullptr;
+            *suite = known ? &mSuite : nullptr;
             return known ? 0 : 1;
         };
         mBasic.ReleaseSuite = [](const char*, std::int32_t) -> SPErr { return 0; };
         inData.pica_basicP = &mBasic;
         inData.time_step = 1;
-    }
-
-    ~RecyclingHost() {
-        for (Block& block : mBlocks) {
-            std::free(block.memory);
-        }
     }
 
     RecyclingHost(const RecyclingHost&) = delete;
@@ -61,38 +76,13 @@ public:
     PF_OutData outData{};
 
 private:
-    struct Block {
-        void* memory;  // first, so that a handle points at the address of its block
-        A_HandleSize size;
-        bool lent;
-    };
-
-    static RecyclingHost*& current() {
-        static RecyclingHost* host = nullptr;
-        return host;
+    static TessavoyHost::Handles& handles() {
+        static TessavoyHost::Handles handles;
+        return handles;
     }
 
-    PF_Handle lend(A_HandleSize size) {
-        for (Block& block : mBlocks) {
-            if (!block.lent && block.size == size) {
-                block.lent = true;
-                return &block.memory;
-            }
-        }
-        return &mBlocks.emplace_back(Block{std::aligned_alloc(64, (size + 63) / 64 * 64), size, true}).memory;
-    }
-
-    void takeBack(PF_Handle handle) {
-        for (Block& block : mBlocks) {
-            if (&block.memory == handle) {
-                block.lent = false;
-            }
-        }
-    }
-
-    PF_HandleSuite1 mHandles{};
+    inline static PF_HandleSuite1 mSuite{};
     SPBasicSuite mBasic{};
-    std::list<Block> mBlocks;
 };
 
 /// Buffers that stand for mapped ones; they grow and never shrink.
@@ -101,25 +91,17 @@ public:
     BatchRoom begin(const BatchSize& size) override {
         grow(mVertices, size.vertexCount * size.vertexStride);
         grow(mIndices, size.indexCount * sizeof(std::uint32_t));
-        return {mVertices.get(), reinterpret_cast<std::uint32_t*>(mIndices.get())};
+        return {mVertices->get(), reinterpret_cast<std::uint32_t*>(mIndices->get())};
     }
 
     void end(const BatchSize& written) override { benchmark::DoNotOptimize(written); }
 
 private:
-    struct Buffer {
-        void* memory = nullptr;
-        std::size_t size = 0;
-
-        ~Buffer() { std::free(memory); }
-        void* get() const { return memory; }
-    };
+    using Buffer = std::unique_ptr<PoolMemory>;
 
     static void grow(Buffer& buffer, std::size_t bytes) {
-        if (buffer.size < bytes) {
-            std::free(buffer.memory);
-            buffer.memory = std::aligned_alloc(64, (bytes + 63) / 64 * 64);
-            buffer.size = bytes;
+        if (buffer == nullptr || buffer->size() < bytes) {
+            buffer = std::make_unique<PoolMemory>(bytes);
         }
     }
 
@@ -178,7 +160,7 @@ void renderFrame(RecyclingHost& host, ParameterSnapshot& snapshot, BatchSink& si
     const ViewProjection flat;
     const TextureAtlas atlas;
     GridEvaluator evaluator(snapshot, {&host.inData, &host.outData, FramePlace{}, flat, atlas});
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     DrawOrder order = drawOrderOf(instances);
     writeBatches(instances, order, sink);
 }
@@ -224,8 +206,7 @@ void GridMemset(benchmark::State& state) {
     const std::size_t cells = static_cast<std::size_t>(state.range(0) * state.range(0));
     const std::size_t bytes =
         sizeof(InstanceState) + 4 * sizeof(InstancePart) + 9 * sizeof(InstanceVertex) + 36 * sizeof(std::uint32_t);
-    const std::unique_ptr<void, void (*)(void*)> memory(std::aligned_alloc(64, cells * bytes), std::free);
-    std::memset(memory.get(), 1, cells * bytes);
+    const PoolMemory memory(cells * bytes);
     for (auto _ : state) {
         std::memset(memory.get(), 2, cells * bytes);
         benchmark::ClobberMemory();
@@ -234,45 +215,45 @@ void GridMemset(benchmark::State& state) {
         static_cast<double>(cells), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-using Memory = std::unique_ptr<std::byte, void (*)(void*)>;
-
-/// Touched, so that no page comes new.
-Memory touchedMemory(std::size_t bytes) {
-    Memory memory(static_cast<std::byte*>(std::aligned_alloc(64, (bytes + 63) / 64 * 64)), std::free);
-    std::memset(memory.get(), 1, bytes);
-    return memory;
-}
-
 /// Both aligned to 16 bytes, and so is the number of bytes.
 void copyByQuads(std::byte* to, const std::byte* from, std::size_t bytes) {
-    for (std::size_t k = 0; k < bytes; k += sizeof(FloatQuad)) {
-        FloatQuad::load(reinterpret_cast<const float*>(from + k)).store(reinterpret_cast<float*>(to + k));
+    constexpr std::size_t step = 4 * cacheLine;
+    for (std::size_t start = 0; start < bytes; start += step) {
+        prefetchForward(to + start, step);
+        const std::size_t end = std::min(start + step, bytes);
+        for (std::size_t k = start; k < end; k += sizeof(FloatQuad)) {
+            FloatQuad::load(reinterpret_cast<const float*>(from + k)).store(reinterpret_cast<float*>(to + k));
+        }
     }
 }
 
-/// What a frame's bytes cost on their way through memory: records and parts written, then records read while vertices
-/// and indices are written.
+/// What a frame's bytes cost on their way through memory: the records and parts of some cells written, then the records
+/// read while vertices and indices are written.
 void GridTraffic(benchmark::State& state) {
     constexpr std::size_t group = 64;
+    constexpr std::size_t chunk = 8;  // groups
     constexpr std::size_t record = sizeof(InstanceState);
     constexpr std::size_t parts = 4 * sizeof(InstancePart);
     constexpr std::size_t vertices = 9 * sizeof(InstanceVertex);
     constexpr std::size_t indices = 36 * sizeof(std::uint32_t);
     const std::size_t groups = static_cast<std::size_t>(state.range(0) * state.range(0)) / group;
-    const Memory source = touchedMemory(group * vertices);
-    const Memory records = touchedMemory(groups * group * record);
-    const Memory partsMemory = touchedMemory(groups * group * parts);
-    const Memory vertexMemory = touchedMemory(groups * group * vertices);
-    const Memory indexMemory = touchedMemory(groups * group * indices);
+    const PoolMemory source(group * vertices);
+    const PoolMemory records(groups * group * record);
+    const PoolMemory partsMemory(groups * group * parts);
+    const PoolMemory vertexMemory(groups * group * vertices);
+    const PoolMemory indexMemory(groups * group * indices);
     for (auto _ : state) {
-        for (std::size_t k = 0; k < groups; ++k) {
-            copyByQuads(records.get() + k * group * record, source.get(), group * record);
-            copyByQuads(partsMemory.get() + k * group * parts, source.get(), group * parts);
-        }
-        for (std::size_t k = 0; k < groups; ++k) {
-            copyByQuads(source.get(), records.get() + k * group * record, group * record);
-            copyByQuads(vertexMemory.get() + k * group * vertices, source.get(), group * vertices);
-            copyByQuads(indexMemory.get() + k * group * indices, source.get(), group * indices);
+        for (std::size_t start = 0; start < groups; start += chunk) {
+            const std::size_t end = std::min(start + chunk, groups);
+            for (std::size_t k = start; k < end; ++k) {
+                copyByQuads(records.get() + k * group * record, source.get(), group * record);
+                copyByQuads(partsMemory.get() + k * group * parts, source.get(), group * parts);
+            }
+            for (std::size_t k = start; k < end; ++k) {
+                copyByQuads(source.get(), records.get() + k * group * record, group * record);
+                copyByQuads(vertexMemory.get() + k * group * vertices, source.get(), group * vertices);
+                copyByQuads(indexMemory.get() + k * group * indices, source.get(), group * indices);
+            }
         }
         benchmark::ClobberMemory();
     }

@@ -11,6 +11,10 @@ namespace Tessavoy {
 
 namespace {
 
+double shareOf(double percents) {
+    return percents * 0.01;
+}
+
 /// The answer that is the same for every cell, if there is one: no draw is above 1 or below 0.
 std::optional<bool> answerForAll(double share) {
     if (share >= 1.0) {
@@ -21,6 +25,10 @@ std::optional<bool> answerForAll(double share) {
 
 }  // namespace
 
+bool VisibleEvaluator::isConstant() const {
+    return answerForAll(shareOf(Probability)).has_value();
+}
+
 bool VisibleEvaluator::test(A_long column, A_long row) const {
     A_u_char shown = 0;
     test(&column, &row, 1, &shown);
@@ -28,7 +36,7 @@ bool VisibleEvaluator::test(A_long column, A_long row) const {
 }
 
 void VisibleEvaluator::test(const A_long* columns, const A_long* rows, int count, A_u_char* shown) const {
-    const double share = Probability * 0.01;
+    const double share = shareOf(Probability);
     if (const std::optional<bool> answer = answerForAll(share)) {
         std::fill_n(shown, count, A_u_char{*answer});
         return;

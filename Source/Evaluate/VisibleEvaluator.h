@@ -10,6 +10,9 @@ struct VisibleEvaluator {
     double Probability = 0;  ///< percent
     A_long Seed = 0;         ///< taken as a 32-bit word
 
+    /// Whether the answer is the same for all cells.
+    bool isConstant() const;
+
     /// column, row: from 0.
     bool test(A_long column, A_long row) const;
 

@@ -3,6 +3,7 @@
 #include "Source/Assert.h"
 #include "Source/HostAccess/HostMemory.h"
 #include "Source/RenderGrid/OutlinePattern.h"
+#include "Source/WriteAhead.h"
 
 #include <cstring>
 #include <limits>
@@ -23,10 +24,10 @@ struct BatchMeasure {
 
 /// Moves the right cursor to the end of the batch, cell by cell: an oversized one ends it.
 template <class Sequence>
-BatchMeasure measureByCells(const GridInstances& instances, const EmissionFrame& frame, Sequence& right) {
+BatchMeasure measureByCells(GridInstances& instances, const EmissionFrame& frame, Sequence& right) {
     BatchMeasure sums;
     while (!right.IsEnd()) {
-        const InstanceCount count = CountInstance(frame, instances.cells()[right.GetInd()]);
+        const InstanceCount count = CountInstance(frame, instances.cell(right.GetInd()));
         right.Next();
         if (isOversized(count)) {
             right.Prev();
@@ -40,7 +41,7 @@ BatchMeasure measureByCells(const GridInstances& instances, const EmissionFrame&
 
 /// The same; without an oversized cell the batch is the whole frame, whose sums are known.
 template <class Sequence>
-BatchMeasure measureBatch(const GridInstances& instances, const EmissionFrame& frame, Sequence& right) {
+BatchMeasure measureBatch(GridInstances& instances, const EmissionFrame& frame, Sequence& right) {
     if (instances.hasOversizedCell()) {
         return measureByCells(instances, frame, right);
     }
@@ -48,38 +49,31 @@ BatchMeasure measureBatch(const GridInstances& instances, const EmissionFrame& f
     return {instances.vertexTotal(), instances.indexTotal()};
 }
 
-void prefetchRecord([[maybe_unused]] const InstanceState& cell) {
-#ifdef __GNUC__  // a hint that changes no result
-    const char* const address = reinterpret_cast<const char*>(&cell);
-    for (std::size_t at = 0; at < sizeof cell; at += 64) {
-        __builtin_prefetch(address + at);
-    }
-#endif
-}
-
-void prefetchAhead(const GridInstances&, const GridToSequence&) {}
+void prefetchAhead(GridInstances&, const GridToSequence&) {}
 
 /// Records in the order of depth lie anywhere in memory; they are asked for some cells before they are needed.
-void prefetchAhead(const GridInstances& instances, const GridToSequenceByZ& left) {
+void prefetchAhead(GridInstances& instances, const GridToSequenceByZ& left) {
     constexpr std::ptrdiff_t steps = 8;
-    prefetchRecord(instances.cells().data()[left.indexAhead(steps)]);
+    prefetch(instances.cell(left.indexAhead(steps)));
 }
 
 /// Writes the cells from the left cursor up to the right one.
 template <class Sequence>
-void writeBatch(const GridInstances& instances, Sequence& left, const Sequence& right, InstanceEmitter& emitter,
+void writeBatch(GridInstances& instances, Sequence& left, const Sequence& right, InstanceEmitter& emitter,
                 EmissionCursor& cursor) {
-    const InstanceState* const cells = instances.cells().data();
     while (!samePlace(left, right)) {
         prefetchAhead(instances, left);
-        emitter.emit(cells[left.GetInd()], cursor);
+        const EmissionCursor start = cursor;
+        emitter.emit(instances.cell(left.GetInd()), cursor);
+        prefetchForward(cursor.vertex, static_cast<std::size_t>(cursor.vertex - start.vertex));
+        prefetchForward(cursor.index, static_cast<std::size_t>(cursor.index - start.index) * sizeof *cursor.index);
         left.Sequence::Next();
     }
 }
 
 /// The walk of both cursors, which are of the same class.
 template <class Sequence>
-void walk(const GridInstances& instances, Sequence& left, Sequence& right, BatchSink& sink) {
+void walk(GridInstances& instances, Sequence& left, Sequence& right, BatchSink& sink) {
     const EmissionFrame frame = instances.evaluator().emissionFrame();
     const bool textured = frame.atlas != nullptr;
     InstanceEmitter emitter(frame, instances.outlinesDependOnCountOnly());
@@ -105,11 +99,11 @@ void walk(const GridInstances& instances, Sequence& left, Sequence& right, Batch
 
 }  // namespace
 
-void writeBatches(const GridInstances& instances, DrawOrder& order, BatchSink& sink) {
+void writeBatches(GridInstances& instances, DrawOrder& order, BatchSink& sink) {
     writeBatches(instances, order.left(), order.right(), sink);
 }
 
-void writeBatches(const GridInstances& instances, GridToSequence& left, GridToSequence& right, BatchSink& sink) {
+void writeBatches(GridInstances& instances, GridToSequence& left, GridToSequence& right, BatchSink& sink) {
     auto* const leftByZ = dynamic_cast<GridToSequenceByZ*>(&left);
     auto* const rightByZ = dynamic_cast<GridToSequenceByZ*>(&right);
     if (leftByZ != nullptr) {
@@ -163,13 +157,14 @@ void ZBoundsSink::freeBlocks() {
     mIndices = nullptr;
 }
 
-DrawOrder drawOrderOf(const GridInstances& instances) {
+DrawOrder drawOrderOf(GridInstances& instances) {
     const GridEvaluator& evaluator = instances.evaluator();
-    return DrawOrder(evaluator.sortsByZ(), evaluator.CountX(), evaluator.CountY(), instances.cells().data());
+    const bool byZ = evaluator.sortsByZ();
+    return DrawOrder(byZ, evaluator.CountX(), evaluator.CountY(), byZ ? instances.cells().data() : nullptr);
 }
 
 void measureDepths(GridEvaluator& evaluator, ZBounds& bounds) {
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     DrawOrder order = drawOrderOf(instances);
     ZBoundsSink sink(evaluator.inData(), evaluator.place().downsampleX, bounds);
     writeBatches(instances, order, sink);

@@ -39,10 +39,10 @@ public:
 /// Writes the visible cells of a frame in this order, in batches: one, as long as the numbers of its vertices and
 /// indices fit 32 bits. A single cell whose counts don't fit ends the frame. Throws the plain integer 512 for a batch
 /// that has more than an index can number. That a batch has vertices and no indices is an assertion.
-void writeBatches(const GridInstances& instances, DrawOrder& order, BatchSink& sink);
+void writeBatches(GridInstances& instances, DrawOrder& order, BatchSink& sink);
 
 /// The same by a frame's two cursors. That both go by depth when the left one does is an assertion.
-void writeBatches(const GridInstances& instances, GridToSequence& left, GridToSequence& right, BatchSink& sink);
+void writeBatches(GridInstances& instances, GridToSequence& left, GridToSequence& right, BatchSink& sink);
 
 /// The smallest and the largest depth of all vertices of a frame.
 struct ZBounds {
@@ -80,6 +80,6 @@ private:
 void measureDepths(GridEvaluator& evaluator, ZBounds& bounds);
 
 /// The order that a frame's parameters ask for.
-DrawOrder drawOrderOf(const GridInstances& instances);
+DrawOrder drawOrderOf(GridInstances& instances);
 
 }  // namespace Tessavoy

@@ -136,6 +136,10 @@ void CellEvaluation::takeFrameIndex() {
     }
 }
 
+bool CellEvaluation::hasConstantShow() const {
+    return !mPartsVary && !mRadiusVaries && mSnapshot.InstanceVisible.isConstant();
+}
+
 void CellEvaluation::evaluate(const CellBlock& block, InstanceState* cells) const {
     writePositions(block, cells);
     writePlainFields(block, cells);

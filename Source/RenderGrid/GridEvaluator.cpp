@@ -86,6 +86,10 @@ A_long GridEvaluator::knownPartsCount() const {
     return mFrame.script == nullptr && mCells.hasConstantPartsCount() ? mPrototype.partsCount : -1;
 }
 
+bool GridEvaluator::cellsWriteAlike() const {
+    return mFrame.script == nullptr && mCells.hasConstantShow() && mPartLayout.dependsOnCountOnly();
+}
+
 void GridEvaluator::EvaluateCell(A_long index, InstanceState& cell) const {
     CellBlock block = blockAt(index);
     block.count = 1;

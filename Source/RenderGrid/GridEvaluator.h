@@ -76,6 +76,9 @@ public:
     /// The number of parts of every cell when it is known without evaluating them, else -1.
     A_long knownPartsCount() const;
 
+    /// Whether all cells write as many vertices and indices as the first one, whatever else differs.
+    bool cellsWriteAlike() const;
+
     /// Makes the parts; see PartLayout.
     PartLayout& partLayout() { return mPartLayout; }
 

@@ -3,19 +3,11 @@
 #include "Source/RenderGrid/PartPoints.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 namespace Tessavoy {
 
 namespace {
-
-/// Where the records of a block are evaluated before they go to their place.
-struct CellStage {
-    explicit CellStage(const GridEvaluator& evaluator) { cells.fill(evaluator.prototype()); }
-
-    alignas(64) std::array<InstanceState, blockCells> cells;
-};
 
 /// Cells that follow each other and write the same.
 class CountedRun {
@@ -54,60 +46,100 @@ A_long elementIndex(std::int64_t index) {
 GridInstances::GridInstances(GridEvaluator& evaluator)
     : mEvaluator(evaluator),
       mEmission(evaluator.emissionFrame()),
+      mStage(stageOf(evaluator.prototype())),
       mCells(evaluator.inData(), evaluator.cellCount()),
       mParts(evaluator.inData(), partsTotal()) {
     if (evaluator.knownPartsCount() < 0) {
         layOutAll();
+    } else if (evaluator.cellsWriteAlike()) {
+        foreseeTotals();
     } else {
-        evaluateAndLayOutAll();
+        evaluateTo(mCells.count());
     }
     if (mPartsOverlap) {
         rebuildOverlapping();
     }
 }
 
+GridInstances::BlockRecords GridInstances::stageOf(const InstanceState& prototype) {
+    BlockRecords stage;
+    stage.fill(prototype);
+    return stage;
+}
+
+const Container<InstanceState>& GridInstances::cells() {
+    evaluateTo(mCells.count());
+    return mCells;
+}
+
+const Container<InstancePart>& GridInstances::parts() {
+    evaluateTo(mCells.count());
+    return mParts;
+}
+
 /// When all cells have the same number of parts, the records leave the first cache only once, complete; otherwise their
 /// parts can't be laid out before all cells are evaluated, which is done here.
 std::int64_t GridInstances::partsTotal() {
     const A_long known = mEvaluator.knownPartsCount();
-    return known < 0 ? evaluateAll() : mEvaluator.cellCount() * known;
+    return known < 0 ? evaluateFieldsOfAll() : mEvaluator.cellCount() * known;
 }
 
 /// Evaluates all cells but for their parts, and returns the sum of the numbers of parts as they stand.
-std::int64_t GridInstances::evaluateAll() {
-    CellStage stage(mEvaluator);
+std::int64_t GridInstances::evaluateFieldsOfAll() {
     std::int64_t total = 0;
     for (std::int64_t first = 0; first < mCells.count(); first += blockCells) {
         const CellBlock block = mEvaluator.blockAt(static_cast<A_long>(first));
-        mEvaluator.evaluateBlock(block, stage.cells.data());
+        mEvaluator.evaluateBlock(block, mStage.data());
         for (int k = 0; k < block.count; ++k) {
-            total += stage.cells[k].partsCount;
-            mPartsOverlap = mPartsOverlap || stage.cells[k].partsCount < 0;
+            total += mStage[k].partsCount;
+            mPartsOverlap = mPartsOverlap || mStage[k].partsCount < 0;
         }
-        std::copy_n(stage.cells.data(), block.count, mCells.data() + first);
+        storeStage(block);
     }
     return total;
 }
 
 void GridInstances::layOutAll() {
-    for (std::int64_t first = 0; first < mCells.count(); first += blockCells) {
-        layOutBlock(mEvaluator.blockAt(static_cast<A_long>(first)), mCells.data() + first);
+    for (; mEvaluated < mCells.count(); mEvaluated += blockCells) {
+        const CellBlock block = mEvaluator.blockAt(static_cast<A_long>(mEvaluated));
+        layOutBlock(block, mCells.data() + mEvaluated);
     }
 }
 
-void GridInstances::evaluateAndLayOutAll() {
-    CellStage stage(mEvaluator);
-    for (std::int64_t first = 0; first < mCells.count(); first += blockCells) {
-        const CellBlock block = mEvaluator.blockAt(static_cast<A_long>(first));
-        mEvaluator.evaluateBlock(block, stage.cells.data());
-        layOutBlock(block, stage.cells.data());
-        std::copy_n(stage.cells.data(), block.count, mCells.data() + first);
+/// Completes the cells in front of this one, and the rest of its block.
+void GridInstances::evaluateTo(std::int64_t end) {
+    for (; mEvaluated < std::min(end, std::int64_t{mCells.count()}); mEvaluated += blockCells) {
+        const CellBlock block = mEvaluator.blockAt(static_cast<A_long>(mEvaluated));
+        mEvaluator.evaluateBlock(block, mStage.data());
+        layOutBlock(block, mStage.data());
+        storeStage(block);
     }
 }
 
-/// The first part of the next cell, or null if it has none. The checked accesses stand for those to every part, of
-/// which the first is the first to be seen outside.
-InstancePart* GridInstances::nextRun(A_long partsCount) {
+/// The records of a block go to their place.
+void GridInstances::storeStage(const CellBlock& block) {
+    InstanceState* const cells = mCells.data() + block.first;
+    for (int k = 0; k < block.count; ++k) {
+        prefetchForward(cells + k, sizeof *cells);
+        cells[k] = mStage[k];
+    }
+}
+
+/// The first block is counted; all cells are as those are.
+void GridInstances::foreseeTotals() {
+    evaluateTo(blockCells);
+    const std::uint64_t all = static_cast<std::uint64_t>(mCells.count());
+    const std::uint64_t counted = std::min(all, std::uint64_t{blockCells});
+    if (counted > 0) {
+        mVertexTotal = mVertexTotal / counted * all;
+        mIndexTotal = mIndexTotal / counted * all;
+    }
+    mForeseen = true;
+}
+
+/// The first of the next parts, or null if there are none. The checked accesses stand for those to every part, of which
+/// the first is the first to be seen outside.
+InstancePart* GridInstances::nextRun(std::int64_t partsCount) {
     const std::int64_t first = mNextPart;
     mNextPart += partsCount;
     if (partsCount < 1) {
@@ -118,19 +150,43 @@ InstancePart* GridInstances::nextRun(A_long partsCount) {
     return run;
 }
 
-/// Hands out the parts of a block's cells, places their points and counts what they will draw. Cells that draw the same
-/// mostly follow each other and are counted together.
+/// Cells with the same number of parts take them out of one run.
+void GridInstances::handOutParts(InstanceState* cells, int count) {
+    const A_long known = mEvaluator.knownPartsCount();
+    if (known < 0) {
+        for (int k = 0; k < count; ++k) {
+            cells[k].parts = nextRun(cells[k].partsCount);
+        }
+    } else if (InstancePart* const run = nextRun(std::int64_t{count} * known); run != nullptr) {
+        for (int k = 0; k < count; ++k) {
+            cells[k].parts = run + std::ptrdiff_t{k} * known;
+        }
+    }
+}
+
+/// Hands out the parts of a block's cells, places their points and counts what they will draw.
 void GridInstances::layOutBlock(const CellBlock& block, InstanceState* cells) {
     PartLayout& layout = mEvaluator.partLayout();
     layout.evaluate(block);
-    CountedRun run;
+    BlockPoints points;
+    handOutParts(cells, block.count);
     for (int k = 0; k < block.count; ++k) {
-        InstanceState& cell = cells[k];
-        cell.parts = nextRun(cell.partsCount);
-        const std::uint64_t points = cell.parts != nullptr ? layout.layOut(k, cell, cell.parts) : 0;
-        if (!run.add(cell, points)) {
+        InstancePart* const parts = cells[k].parts;
+        points[k] = parts != nullptr ? layout.layOut(k, cells[k], parts) : 0;
+        prefetchForward(parts, parts != nullptr ? cells[k].partsCount * sizeof *parts : 0);
+    }
+    if (!mForeseen) {
+        countBlock(cells, block.count, points);
+    }
+}
+
+/// Cells that draw the same mostly follow each other and are counted together.
+void GridInstances::countBlock(const InstanceState* cells, int count, const BlockPoints& points) {
+    CountedRun run;
+    for (int k = 0; k < count; ++k) {
+        if (!run.add(cells[k], points[k])) {
             addCount(run.count(mEmission), run.cells());
-            run = CountedRun(cell, points);
+            run = CountedRun(cells[k], points[k]);
         }
     }
     addCount(run.count(mEmission), run.cells());

@@ -19,18 +19,6 @@ OutlineKey::OutlineKey(const InstanceState& cell)
       mStroke(cell.stroke),
       mFeatherScreenSpace(cell.featherScreenSpace) {}
 
-bool OutlineKey::matches(const InstanceState& cell) const {
-    const auto difference = [](float a, float b) {
-        return std::bit_cast<std::uint32_t>(a) ^ std::bit_cast<std::uint32_t>(b);
-    };
-    const std::uint32_t differences = static_cast<std::uint32_t>(mPartsCount ^ cell.partsCount) |
-                                      difference(mScaleX, cell.scaleX) | difference(mScaleY, cell.scaleY) |
-                                      difference(mFeather, cell.feather) | difference(mStrokeWidth, cell.strokeWidth) |
-                                      static_cast<std::uint32_t>(mStroke ^ cell.stroke) |
-                                      static_cast<std::uint32_t>(mFeatherScreenSpace ^ cell.featherScreenSpace);
-    return differences == 0;
-}
-
 namespace {
 
 /// The scale of a turn that keeps all angles and does not mirror, so that a feather looks the same before and after it;
@@ -91,8 +79,8 @@ void OutlinePattern::make(const InstanceState& cell, OutlineBuilder& builder) {
     mMode = outlineMode(cell);
     mFeatherInPixels = mMode.feathered && cell.featherScreenSpace != 0;
     mOffsets.clear();
+    mOffsetsFit = false;
     mLastTurn = {};
-    mOffsetTurn = {};
     builder.build(cell);
     if (mFeatherInPixels) {
         builder.feather(mMode.stroke, 1.0, 1.0, 1.0);
@@ -125,13 +113,14 @@ bool OutlinePattern::emit(const EmissionFrame& frame, const InstanceState& cell,
                           EmissionCursor& cursor) {
     const float* const turn = cell.matrix.m.data();
     const bool turnedAsBefore = sameBits(turn, mLastTurn.data());
-    if (turnedAsBefore && (mOffsets.empty() || !sameBits(turn, mOffsetTurn.data()))) {
-        makeOffsets(frame, cell, builder);
-    }
     if (!turnedAsBefore) {
         std::copy_n(turn, mLastTurn.size(), mLastTurn.begin());
+        mOffsetsFit = !mOffsets.empty() && sameBits(turn, mOffsetTurn.data());
     }
     if (turnedAsBefore) {
+        if (!mOffsetsFit) {
+            makeOffsets(frame, cell, builder);
+        }
         writeOffsets(cell, cursor);
     } else if (mFinite && !mFeatherInPixels) {
         writePlaces(cell, cursor);
@@ -154,6 +143,7 @@ void OutlinePattern::makeOffsets(const EmissionFrame& frame, const InstanceState
         mOffsets.push_back({static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z), 0.0F});
     }
     std::copy_n(cell.matrix.m.data(), mOffsetTurn.size(), mOffsetTurn.begin());
+    mOffsetsFit = true;
 }
 
 namespace {
@@ -214,10 +204,15 @@ void OutlinePattern::writeFeathered(const InstanceState& cell, float reach, Emis
 void OutlinePattern::writeIndices(EmissionCursor& cursor) const {
     const std::size_t count = mIndices.size();
     const __m128i base = _mm_set1_epi32(static_cast<int>(cursor.nextVertex));
-    std::size_t k = 0;
-    for (; k + 4 <= count; k += 4) {
+    const auto writeFour = [&](std::size_t k) {
         const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(&mIndices[k]));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(cursor.index + k), _mm_add_epi32(four, base));
+    };
+    std::size_t k = 0;
+    for (; k + 12 <= count; k += 12) {
+        writeFour(k);
+        writeFour(k + 4);
+        writeFour(k + 8);
     }
     for (; k < count; ++k) {
         cursor.index[k] = mIndices[k] + cursor.nextVertex;

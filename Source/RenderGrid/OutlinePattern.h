@@ -3,6 +3,7 @@
 #include "Source/RenderGrid/ShapeGeometry.h"
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <vector>
 
@@ -16,7 +17,17 @@ public:
     explicit OutlineKey(const InstanceState& cell);
 
     /// Whether the cell has this key, to the bit.
-    bool matches(const InstanceState& cell) const;
+    bool matches(const InstanceState& cell) const {
+        const auto difference = [](float a, float b) {
+            return std::bit_cast<std::uint32_t>(a) ^ std::bit_cast<std::uint32_t>(b);
+        };
+        const std::uint32_t differences =
+            static_cast<std::uint32_t>(mPartsCount ^ cell.partsCount) | difference(mScaleX, cell.scaleX) |
+            difference(mScaleY, cell.scaleY) | difference(mFeather, cell.feather) |
+            difference(mStrokeWidth, cell.strokeWidth) | static_cast<std::uint32_t>(mStroke ^ cell.stroke) |
+            static_cast<std::uint32_t>(mFeatherScreenSpace ^ cell.featherScreenSpace);
+        return differences == 0;
+    }
 
 private:
     A_long mPartsCount = 0;
@@ -73,7 +84,8 @@ private:
     std::vector<std::uint32_t> mIndices;  ///< from the cell's first vertex
     std::vector<Offset> mOffsets;         ///< for cells that are turned as mOffsetTurn says
     Turn mOffsetTurn{};
-    Turn mLastTurn{};  ///< of the cell before
+    Turn mLastTurn{};          ///< of the cell before
+    bool mOffsetsFit = false;  ///< mOffsets are there, and for cells that are turned as the one before
 };
 
 /// Writes the cells of a batch one after the other, the same as EmitInstance but sooner: outlines that come again and

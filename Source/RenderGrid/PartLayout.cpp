@@ -4,6 +4,7 @@
 #include "Source/RenderGrid/ShapeGeometry.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace Tessavoy {
 
@@ -91,7 +92,16 @@ void PartLayout::makeRun(Run& run, A_long count) const {
     }
 }
 
-const PartLayout::Run* PartLayout::runOf(A_long count) {
+/// Cells of one size mostly follow each other, and the whole run is theirs then.
+void PartLayout::Run::setRadius(float radius) {
+    if (std::bit_cast<std::uint32_t>(radius) != std::bit_cast<std::uint32_t>(parts.front().radius)) {
+        for (InstancePart& part : parts) {
+            part.radius = radius;
+        }
+    }
+}
+
+PartLayout::Run* PartLayout::runOf(A_long count) {
     if (count > longestRun) {
         return nullptr;
     }
@@ -104,12 +114,10 @@ const PartLayout::Run* PartLayout::runOf(A_long count) {
 
 std::uint64_t PartLayout::layOut(int k, const InstanceState& cell, InstancePart* parts) {
     const A_long count = cell.partsCount;
-    const Run* run = runOf(count);
+    Run* const run = runOf(count);
     if (run != nullptr && mConstant) {
+        run->setRadius(cell.radius);
         std::copy_n(run->parts.data(), count, parts);
-        for (A_long n = 0; n < count; ++n) {
-            parts[n].radius = cell.radius;
-        }
         return run->points;
     }
     InstancePart part = partOf(k);

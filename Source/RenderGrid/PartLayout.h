@@ -35,9 +35,12 @@ private:
         std::vector<PartDirection> directions;
         std::vector<InstancePart> parts;  ///< complete when all properties are constant, else only the angles are
         std::uint64_t points = 0;         ///< of the outline, when all properties are constant
+
+        /// There is a part at least.
+        void setRadius(float radius);
     };
 
-    const Run* runOf(A_long count);
+    Run* runOf(A_long count);
     void makeRun(Run& run, A_long count) const;
     float angleOf(A_long k, A_long count) const;
     InstancePart partOf(int k) const;

@@ -179,10 +179,11 @@ void DrawGrid(PF_InData* inData, PF_OutData* outData, AESDK_OpenGL_EffectRenderD
 
     GridScript script(inData, snapshot);
     GridEvaluator evaluator(snapshot, {inData, outData, place, view, atlas, drawing.multiplier16bit, script.usable()});
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     DrawOrder order = drawOrderOf(instances);
     endStage(FrameStage::Evaluation);
-    // Every cell is evaluated, and its place among the others known.
+    // What the cells will draw is known, and the place of each among the others. Cells that write alike are evaluated
+    // as they are written.
 
     DrawingSink sink(renderData, evaluator, atlas, surroundings);
     writeBatches(instances, order, sink);

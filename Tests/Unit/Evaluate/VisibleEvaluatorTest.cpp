@@ -35,6 +35,15 @@ TEST(VisibleEvaluator, ProbabilityOf0AndLessShowsNone) {
     EXPECT_EQ(shownOf({std::numeric_limits<double>::quiet_NaN(), 3}, 3, 3), 0);
 }
 
+// At 0 a draw of exactly 0 is shown.
+TEST(VisibleEvaluator, AnswerIsConstantWhereNoDrawCounts) {
+    EXPECT_TRUE((VisibleEvaluator{100.0, 3}.isConstant()));
+    EXPECT_TRUE((VisibleEvaluator{-0.5, 3}.isConstant()));
+    EXPECT_TRUE((VisibleEvaluator{std::numeric_limits<double>::quiet_NaN(), 3}.isConstant()));
+    EXPECT_FALSE((VisibleEvaluator{99.9, 3}.isConstant()));
+    EXPECT_FALSE((VisibleEvaluator{0.0, 3}.isConstant()));
+}
+
 TEST(VisibleEvaluator, CellIsShownWhereItsDrawIsNotAboveTheProbability) {
     const VisibleEvaluator visible{37.0, 8};
     for (A_long row = 0; row < 20; ++row) {

@@ -67,6 +67,33 @@ TEST(BatchWalk, InvisibleCellsLeaveNoGap) {
     EXPECT_EQ(ordered.front().written.indexCount, 36 * shown);
 }
 
+/// Cells that are evaluated as they are written must come out as those of a frame that was complete before.
+TEST(BatchWalk, EvaluatingAheadOfTheWritingChangesNothing) {
+    GridScene scene;
+    scene.setCounts(37, 41);  // three times what is evaluated at a time, less a bit
+    addNoise(scene.snapshot.InstanceRotation, 90.0, 3);
+    addNoise(scene.snapshot.InstanceOffsetX, 20.0, 4);
+    addNoise(scene.snapshot.InstanceColor.Hue, 60.0, 5);
+    const auto draw = [&scene](bool completeFirst) {
+        GridEvaluator evaluator = scene.evaluator();
+        GridInstances instances(evaluator);
+        if (completeFirst) {
+            EXPECT_EQ(instances.cells().count(), 37 * 41);
+        }
+        DrawOrder order = drawOrderOf(instances);
+        RecordingSink sink;
+        writeBatches(instances, order, sink);
+        return sink.batches;
+    };
+    const Batches complete = draw(true);
+    const Batches ahead = draw(false);
+    ASSERT_EQ(complete.size(), 1U);
+    ASSERT_EQ(ahead.size(), 1U);
+    EXPECT_EQ(ahead.front().room.vertexCount, 37U * 41U * 9U);
+    EXPECT_TRUE(ahead.front().vertices == complete.front().vertices);
+    EXPECT_TRUE(ahead.front().indices == complete.front().indices);
+}
+
 TEST(BatchWalk, AnEmptyGridMakesNoBatch) {
     for (const A_long countX : {0, 5, -3}) {
         for (const A_long countY : {0, -2}) {
@@ -225,7 +252,7 @@ TEST(BatchWalkDeathTest, DrawingWithoutARenderContextIsAnAssertion) {
 TEST(BatchWalkDeathTest, ALeftCursorByDepthWithAPlainRightOneIsAnAssertion) {
     GridScene scene;
     GridEvaluator evaluator = scene.evaluator();
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     DrawOrder byZ(true, 4, 3, instances.cells().data());
     GridToSequence plain(4, 3);
     RecordingSink sink;
@@ -262,7 +289,7 @@ TEST(BatchWalk, AFailingSinkLosesNothing) {
     GridScene scene;
     {
         GridEvaluator evaluator = scene.evaluator();
-        const GridInstances instances(evaluator);
+        GridInstances instances(evaluator);
         DrawOrder order = drawOrderOf(instances);
         FailingSink sink;
         EXPECT_THROW(writeBatches(instances, order, sink), PF_ErrorValue);

@@ -45,7 +45,7 @@ TEST(CellScript, ScriptsRunOnceForEachLiveCellInCellOrder) {
     });
     scene.place = {0.5F, 0.25F, 0.0F, 0.0F};
     GridEvaluator evaluator = scene.evaluator(&script);
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     std::vector<A_long> live;
     for (A_long index = 0; index < 150; ++index) {
         if (scene.snapshot.InstanceVisible.test(index % 30, index / 30)) {
@@ -97,7 +97,7 @@ TEST(CellScript, AFailedScriptLeavesTheCellAndTheOthersGoOn) {
     GridScene scene;
     FunctionScript script([](const CellScriptInputs&, InstanceState& cell) { return cell.i != 2; });
     GridEvaluator evaluator = scene.evaluator(&script);
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     EXPECT_EQ(script.runs.size(), 12U);
     EXPECT_EQ(script.failures, (std::vector<std::pair<A_long, A_long>>{{2, 0}, {2, 1}, {2, 2}}));
     EXPECT_EQ(script.reportedTo, &scene.host.outData);

@@ -211,7 +211,7 @@ TEST(DrawOrder, NeedsTheCameraOptionAndTheSortingOption) {
             scene.snapshot.SortByZ = sort;
             scene.snapshot.Rotation3DY = 30.0;  // the first columns are nearer
             GridEvaluator evaluator = scene.evaluator();
-            const GridInstances instances(evaluator);
+            GridInstances instances(evaluator);
             DrawOrder order = drawOrderOf(instances);
             const bool byZ = dynamic_cast<GridToSequenceByZ*>(&order.left()) != nullptr;
             EXPECT_EQ(byZ, camera && sort);

@@ -110,7 +110,7 @@ Footprint footprintOf(GridScene& scene, UnwatchedSink& sink, CellScript* script 
     const UnwatchedHandles handles(scene.host.inData);
     const HeapUse heap;
     GridEvaluator evaluator = scene.evaluator(script);
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     DrawOrder order = drawOrderOf(instances);
     writeBatches(instances, order, sink);
     return {handles.count(), handles.bytes(), sink.bytes(), heap.peak()};

@@ -135,7 +135,7 @@ TEST(GridEvaluator, EveryRecordOfAFrameIsTheOneOfItsCell) {
         setRandomScene(numbers, scene);
         const ReferenceGrid reference{scene.snapshot, 1, 0.0, nullptr};
         GridEvaluator evaluator = scene.evaluator();
-        const GridInstances instances(evaluator);
+        GridInstances instances(evaluator);
         ASSERT_EQ(instances.cells().count(), scene.snapshot.CountX * scene.snapshot.CountY);
         for (A_long index = 0; index < instances.cells().count(); ++index) {
             const InstanceState& cell = instances.cells()[index];
@@ -192,7 +192,7 @@ TEST(GridEvaluator, MatricesAreTheProductsOfTheirSteps) {
         GridEvaluator evaluator = scene.evaluator();
         const Matrix grid = referenceGridMatrix(p, scene.viewProjection.view, scene.place);
         EXPECT_EQ(evaluator.gridMatrix(), grid);
-        const GridInstances instances(evaluator);
+        GridInstances instances(evaluator);
         for (A_long index = 0; index < instances.cells().count(); ++index) {
             InstanceState cell = instances.cells()[index];
             const Matrix expected = referenceCellMatrix(p, grid, scene.place, cell);
@@ -325,7 +325,7 @@ TEST(GridEvaluator, VisibilityIsDrawnByColumnAndRow) {
     scene.snapshot.InstanceVisible.Probability = 50.0;
     scene.snapshot.InstanceVisible.Seed = 9;
     GridEvaluator evaluator = scene.evaluator();
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     int shown = 0;
     for (A_long index = 0; index < 400; ++index) {
         EXPECT_EQ(instances.cells()[index].visible != 0, scene.snapshot.InstanceVisible.test(index % 20, index / 20));

@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
+#include <utility>
 
 namespace Tessavoy {
 namespace {
@@ -23,7 +25,7 @@ TEST(GridInstances, PartsLieInOneRunInCellOrder) {
     scene.setCounts(5, 1);
     FunctionScript script = partsCounts({3, 0, 4, 1, 2});
     GridEvaluator evaluator = scene.evaluator(&script);
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     ASSERT_EQ(instances.parts().count(), 10);
     const InstancePart* const first = instances.parts().data();
     EXPECT_EQ(instances.cells()[0].parts, first);
@@ -40,7 +42,7 @@ TEST(GridInstances, HiddenCellsKeepTheirParts) {
     GridScene scene;
     scene.snapshot.InstanceVisible.Probability = 0.0;
     GridEvaluator evaluator = scene.evaluator();
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     EXPECT_EQ(instances.parts().count(), 48);
     EXPECT_EQ(instances.cells()[11].parts, instances.parts().data() + 44);
     EXPECT_EQ(instances.vertexTotal(), 0U);
@@ -56,7 +58,7 @@ TEST(GridInstances, TotalsAreTheSumsOfTheCounts) {
     addNoise(scene.snapshot.ShapeRoundingRadius, 2.0, 2);
     scene.snapshot.ShapeRoundingRadius.Value = -1.0;  // rounded here and there
     GridEvaluator evaluator = scene.evaluator();
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     std::uint64_t vertices = 0;
     std::uint64_t indices = 0;
     for (A_long index = 0; index < 600; ++index) {
@@ -69,13 +71,102 @@ TEST(GridInstances, TotalsAreTheSumsOfTheCounts) {
     EXPECT_FALSE(instances.hasOversizedCell());
 }
 
+/// What all cells will write, counted one by one.
+std::pair<std::uint64_t, std::uint64_t> sumsOf(GridEvaluator& evaluator, GridInstances& instances) {
+    std::pair<std::uint64_t, std::uint64_t> sums;
+    for (A_long index = 0; index < instances.cells().count(); ++index) {
+        const InstanceCount count = CountInstance(evaluator.emissionFrame(), instances.cells()[index]);
+        sums.first += count.vertices;
+        sums.second += count.indices;
+    }
+    return sums;
+}
+
+// More cells than are evaluated at a time, and not a multiple of any block.
+constexpr A_long oddCountX = 37;
+constexpr A_long oddCountY = 41;
+
+TEST(GridInstances, TotalsOfCellsThatWriteAlikeAreKnownBeforeTheyAreEvaluated) {
+    struct Kind {
+        double size;
+        double probability;
+        double rays;
+        A_long drawMode;
+        std::uint64_t verticesEach;  ///< with a feather: 2 P + 1 of a filled shape with P points, 4 P of a stroke
+        std::uint64_t indicesEach;   ///< 9 P and 18 P
+    };
+    for (const Kind& kind :
+         {Kind{10.0, 100.0, 4.0, 1, 9, 36}, Kind{10.0, 100.0, 7.9, 2, 28, 126}, Kind{10.0, -1.0, 4.0, 1, 0, 0},
+          Kind{0.0, 100.0, 4.0, 1, 0, 0}, Kind{10.0, 100.0, 0.9, 1, 0, 0}}) {
+        GridScene scene;
+        scene.setCounts(oddCountX, oddCountY);
+        scene.snapshot.InstanceSize.Value = kind.size;
+        scene.snapshot.InstanceVisible.Probability = kind.probability;
+        scene.snapshot.ShapeRaysCount.Value = kind.rays;
+        scene.snapshot.ShapeDrawMode = kind.drawMode;
+        addNoise(scene.snapshot.InstanceRotation, 90.0, 3);
+        GridEvaluator evaluator = scene.evaluator();
+        ASSERT_TRUE(evaluator.cellsWriteAlike());
+        GridInstances instances(evaluator);
+        const std::uint64_t cells = oddCountX * oddCountY;
+        EXPECT_EQ(instances.vertexTotal(), cells * kind.verticesEach);
+        EXPECT_EQ(instances.indexTotal(), cells * kind.indicesEach);
+        const auto [vertices, indices] = sumsOf(evaluator, instances);
+        EXPECT_EQ(instances.vertexTotal(), vertices);
+        EXPECT_EQ(instances.indexTotal(), indices);
+    }
+}
+
+TEST(GridInstances, CellsThatCanWriteDifferentlyAreNotForeseen) {
+    const auto alike = [](const std::function<void(GridScene&)>& change, CellScript* script = nullptr) {
+        GridScene scene;
+        change(scene);
+        return scene.evaluator(script).cellsWriteAlike();
+    };
+    FunctionScript script = partsCounts({4, 4, 4, 4});
+    EXPECT_TRUE(alike([](GridScene&) {}));
+    EXPECT_TRUE(alike([](GridScene& scene) { addNoise(scene.snapshot.ShapeStrokeWidth, 5.0, 1); }));
+    EXPECT_TRUE(alike([](GridScene& scene) { addNoise(scene.snapshot.InstanceColor.Hue, 5.0, 1); }));
+    EXPECT_FALSE(alike([](GridScene&) {}, &script));
+    EXPECT_FALSE(alike([](GridScene& scene) { scene.snapshot.InstanceVisible.Probability = 50.0; }));
+    EXPECT_FALSE(alike([](GridScene& scene) { addNoise(scene.snapshot.InstanceSize, 5.0, 1); }));
+    EXPECT_FALSE(alike([](GridScene& scene) { addNoise(scene.snapshot.ShapeRaysCount, 5.0, 1); }));
+    EXPECT_FALSE(alike([](GridScene& scene) { addNoise(scene.snapshot.ShapeRoundingRadius, 5.0, 1); }));
+    EXPECT_FALSE(alike([](GridScene& scene) { addNoise(scene.snapshot.ShapeShelfLength, 5.0, 1); }));
+    EXPECT_FALSE(alike([](GridScene& scene) { addNoise(scene.snapshot.ShapeLinkMiddleOffset, 5.0, 1); }));
+}
+
+TEST(GridInstances, CellsAreTheSameInWhateverOrderTheyAreAskedFor) {
+    GridScene scene;
+    scene.setCounts(oddCountX, oddCountY);
+    addNoise(scene.snapshot.InstanceRotation, 90.0, 3);
+    addNoise(scene.snapshot.InstanceOffsetX, 20.0, 4);
+    GridEvaluator evaluator = scene.evaluator();
+    GridInstances instances(evaluator);
+    for (const A_long index : {0, 511, 512, 3, 1500, 700, oddCountX * oddCountY - 1}) {
+        InstanceState alone;
+        evaluator.EvaluateCell(index, alone);
+        evaluator.BuildCellMatrix(alone);
+        const InstanceState& cell = instances.cell(index);
+        EXPECT_EQ(cell.i, index % oddCountX);
+        EXPECT_EQ(cell.j, index / oddCountX);
+        EXPECT_EQ(cell.x, alone.x) << index;
+        EXPECT_EQ(cell.angle, alone.angle) << index;
+        EXPECT_EQ(cell.matrix.m, alone.matrix.m) << index;
+        EXPECT_EQ(cell.parts, instances.cell(0).parts + 4 * index);
+        EXPECT_EQ(cell.parts[3].angle, 315.0F);
+        EXPECT_EQ(cell.parts[3].radius, cell.radius);
+    }
+    EXPECT_EQ(instances.parts().count(), 4 * oddCountX * oddCountY);
+}
+
 TEST(GridInstances, ANegativeNumberOfPartsMovesTheFollowingRunsBack) {
     GridScene scene;
     scene.setCounts(3, 1);
     scene.snapshot.ShapeLinkMiddleOffset.Value = 10.0;
     FunctionScript script = partsCounts({5, -2, 4});
     GridEvaluator evaluator = scene.evaluator(&script);
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     ASSERT_EQ(instances.parts().count(), 7);
     const InstancePart* const first = instances.parts().data();
     EXPECT_EQ(instances.cells()[0].parts, first);
@@ -123,7 +214,7 @@ TEST(GridInstances, AnEmptyGridAllocatesNothingAndRunsNoScript) {
         scene.setCounts(countX, countY);
         scene.host.failCall(1);  // the first call of the host would fail
         GridEvaluator evaluator = scene.evaluator(&script);
-        const GridInstances instances(evaluator);
+        GridInstances instances(evaluator);
         EXPECT_EQ(instances.cells().data(), nullptr);
         EXPECT_EQ(instances.parts().data(), nullptr);
         EXPECT_EQ(scene.host.liveHandles(), 0U);
@@ -135,7 +226,7 @@ TEST(GridInstances, AnEmptyGridAllocatesNothingAndRunsNoScript) {
 int errorOf(GridScene& scene, CellScript* script = nullptr) {
     try {
         GridEvaluator evaluator = scene.evaluator(script);
-        const GridInstances instances(evaluator);
+        GridInstances instances(evaluator);
     } catch (PF_ErrorValue error) {
         return error;
     }
@@ -177,7 +268,7 @@ TEST(GridInstances, EveryFailedAllocationGivesBackTheOthers) {
             scene.host.failCall(call);
             try {
                 GridEvaluator evaluator = scene.evaluator(scripted ? &script : nullptr);
-                const GridInstances instances(evaluator);
+                GridInstances instances(evaluator);
             } catch (PF_ErrorValue error) {
                 // No handle, or one that can't be locked.
                 EXPECT_TRUE(error == PF_Err_INTERNAL_STRUCT_DAMAGED || error == PF_Err_OUT_OF_MEMORY) << error;

@@ -25,7 +25,7 @@ struct ScriptedRow : ScriptedGrid {
 
 TEST(GridScriptParts, AChangeMovesTheRunsBehindIt) {
     ScriptedRow row(4);
-    row.lookAt("if i == 1 then partsCount = 7 elseif i == 3 then partsCount = 3 end", [](const GridInstances& frame) {
+    row.lookAt("if i == 1 then partsCount = 7 elseif i == 3 then partsCount = 3 end", [](GridInstances& frame) {
         ASSERT_EQ(frame.parts().count(), 4 + 7 + 4 + 3);
         const InstancePart* const first = frame.parts().data();
         const int starts[] = {0, 4, 11, 15};
@@ -44,7 +44,7 @@ TEST(GridScriptParts, AChangeMovesTheRunsBehindIt) {
 TEST(GridScriptParts, FourOfAScriptAreTurnedButNotWidened) {
     ScriptedRow row(2);
     row.scene.snapshot.ShapeRaysCount.Value = 3.0;
-    row.lookAt("partsCount = 4", [](const GridInstances& frame) {
+    row.lookAt("partsCount = 4", [](GridInstances& frame) {
         EXPECT_EQ(frame.parts().data()[0].angle, 45.0F);
         EXPECT_EQ(frame.cells()[0].radius, 10.0F);
     });
@@ -62,7 +62,7 @@ TEST(GridScriptParts, FractionsAreCutOff) {
 // Visibility was decided before.
 TEST(GridScriptParts, NoneHidesNoCell) {
     ScriptedRow row(3);
-    row.lookAt("if i == 1 then partsCount = 0 end", [](const GridInstances& frame) {
+    row.lookAt("if i == 1 then partsCount = 0 end", [](GridInstances& frame) {
         EXPECT_EQ(frame.cells()[1].visible, 1);
         EXPECT_EQ(frame.cells()[1].parts, nullptr);
         EXPECT_EQ(frame.cells()[2].parts, frame.parts().data() + 4);
@@ -90,7 +90,7 @@ TEST(GridScriptPartsDeathTest, AFrameOfFilledCellsWithoutAnyIsAnAssertion) {
 
 TEST(GridScriptParts, NegativeNumbersMoveTheFollowingRunsBack) {
     ScriptedRow row(3);
-    row.lookAt("if i == 1 then partsCount = -2 end", [](const GridInstances& frame) {
+    row.lookAt("if i == 1 then partsCount = -2 end", [](GridInstances& frame) {
         ASSERT_EQ(frame.parts().count(), 4 - 2 + 4);
         EXPECT_EQ(frame.cells()[1].parts, nullptr);
         EXPECT_EQ(frame.cells()[1].visible, 1);
@@ -124,7 +124,7 @@ TEST(GridScriptParts, NumbersThatNoIndexHoldsAreAFailedAllocation) {
 
 TEST(GridScriptParts, ManyPartsOfOneCellAreAllMade) {
     ScriptedRow row(2);
-    row.lookAt("if i == 1 then partsCount = 100000 end", [](const GridInstances& frame) {
+    row.lookAt("if i == 1 then partsCount = 100000 end", [](GridInstances& frame) {
         ASSERT_EQ(frame.parts().count(), 100004);
         const InstancePart* const run = frame.cells()[1].parts;
         EXPECT_EQ(run, frame.parts().data() + 4);

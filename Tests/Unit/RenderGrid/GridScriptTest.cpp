@@ -182,7 +182,7 @@ TEST(GridScript, AFailureStoredMeanwhileStays) {
     ASSERT_NE(script.usable(), nullptr);
     grid.sequence.scriptError = "first";
     GridEvaluator evaluator = grid.scene.evaluator(script.usable());
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     EXPECT_EQ(grid.sequence.scriptError, "first");
     grid.expectNothingReported();
 }

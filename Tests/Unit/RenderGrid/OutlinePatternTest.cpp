@@ -100,7 +100,7 @@ public:
 
     void compare() {
         GridEvaluator evaluator = scene.evaluator();
-        const GridInstances instances(evaluator);
+        GridInstances instances(evaluator);
         ASSERT_TRUE(instances.outlinesDependOnCountOnly());
         const std::vector<InstanceState> cells(instances.cells().data(),
                                                instances.cells().data() + instances.cells().count());
@@ -185,7 +185,7 @@ TEST(OutlinePattern, GivesMirroredAndEmptyTurns) {
         scene.setCounts(12, 9);
         scene.snapshot.ShapeFeatherScreenSpace = inPixels;
         GridEvaluator evaluator = scene.evaluator(&script);
-        const GridInstances instances(evaluator);
+        GridInstances instances(evaluator);
         const std::vector<InstanceState> cells(instances.cells().data(),
                                                instances.cells().data() + instances.cells().count());
         for (const std::size_t first : {0U, 1U, 2U}) {
@@ -208,7 +208,7 @@ TEST(OutlinePattern, OneAndTwoPartsStayAsTheyAre) {
                     addNoise(scene.snapshot.InstanceRotation, 90.0, 1);
                 }
                 GridEvaluator evaluator = scene.evaluator();
-                const GridInstances instances(evaluator);
+                GridInstances instances(evaluator);
                 const std::vector<InstanceState> cells(instances.cells().data(), instances.cells().data() + 12);
                 const Emitted result = byPatterns({}, cells);
                 const Emitted expected = plainly({}, cells);
@@ -228,7 +228,7 @@ TEST(OutlinePattern, IsNotUsedWherePartsDiffer) {
     scene.setCounts(8, 6);
     addNoise(scene.snapshot.ShapeShelfLength, 40.0, 1);
     GridEvaluator evaluator = scene.evaluator();
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     EXPECT_FALSE(instances.outlinesDependOnCountOnly());
     const std::vector<InstanceState> cells(instances.cells().data(), instances.cells().data() + 48);
     const Emitted result = byPatterns({}, cells, false);
@@ -242,7 +242,7 @@ TEST(OutlinePattern, IsNotUsedWherePartsDiffer) {
 TEST(OutlinePattern, WritesNothingBeyondItsCells) {
     GridScene scene;
     GridEvaluator evaluator = scene.evaluator();
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     InstanceEmitter emitter({}, true);
     for (int cell = 0; cell < 4; ++cell) {
         std::vector<float> vertices(9 * 7 + 4, 77.0F);

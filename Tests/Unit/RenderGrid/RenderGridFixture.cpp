@@ -94,7 +94,7 @@ void RecordingSink::end(const BatchSize& written) {
 
 std::vector<RecordingSink::Batch> drawScene(GridScene& scene, CellScript* script) {
     GridEvaluator evaluator = scene.evaluator(script);
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     DrawOrder order = drawOrderOf(instances);
     RecordingSink sink;
     writeBatches(instances, order, sink);

@@ -14,7 +14,7 @@ bool sameBits(const void* left, const void* right, std::size_t size) {
 }
 
 std::vector<InstanceState> recordsOf(GridEvaluator& evaluator) {
-    const GridInstances instances(evaluator);
+    GridInstances instances(evaluator);
     const InstanceState* const first = instances.cells().data();
     std::vector<InstanceState> records(first, first + instances.cells().count());
     for (InstanceState& record : records) {

@@ -31,13 +31,13 @@ struct ScriptedGrid {
     /// The batches of the frame under this script.
     std::vector<RecordingSink::Batch> drawn(const std::string& script);
 
-    /// Hands the evaluated frame under this script to `look`, which takes a `const GridInstances&`.
+    /// Hands the evaluated frame under this script to `look`, which takes a `GridInstances&`.
     template <class Look>
     void lookAt(const std::string& script, const Look& look) {
         sequence.script = script;
         GridScript gridScript(&scene.host.inData, scene.snapshot);
         GridEvaluator evaluator = scene.evaluator(gridScript.usable());
-        const GridInstances instances(evaluator);
+        GridInstances instances(evaluator);
         look(instances);
     }
 
