@@ -2,7 +2,6 @@
 
 #include "Host/LargePages.h"
 
-#include <algorithm>
 #include <new>
 
 namespace TessavoyHost {
@@ -10,19 +9,7 @@ namespace {
 
 constexpr std::size_t large = std::size_t{64} << 10;
 constexpr std::size_t mostKept = std::size_t{1} << 30;
-constexpr std::size_t alignment = 64;
-
-BlockPool::Block freshBlock(std::size_t bytes) {
-    const BlockLayout layout = blockLayout(std::max(bytes, std::size_t{1}), alignment);
-    void* const memory = ::operator new (layout.bytes, std::align_val_t{layout.alignment});
-    useLargePages(memory, layout);
-    return {static_cast<std::byte*>(memory), layout.bytes};
-}
-
-// The layout of a block is that of its capacity, which it was asked with.
-void freeBlock(BlockPool::Block block) noexcept {
-    ::operator delete (block.data, std::align_val_t{blockLayout(block.capacity, alignment).alignment});
-}
+constexpr std::align_val_t alignment{64};
 
 }  // namespace
 
@@ -33,7 +20,7 @@ BlockPool& BlockPool::shared() {
 
 BlockPool::~BlockPool() {
     for (const auto& [capacity, data] : mKept)
-        freeBlock({data, capacity});
+        ::operator delete(data, alignment);
 }
 
 BlockPool::Block BlockPool::take(std::size_t bytes) {
@@ -48,12 +35,14 @@ BlockPool::Block BlockPool::take(std::size_t bytes) {
         }
         ++mFresh;
     }
-    return freshBlock(bytes);
+    void* const memory = ::operator new(bytes == 0 ? 1 : bytes, alignment);
+    useLargePages(memory, bytes);
+    return {static_cast<std::byte*>(memory), bytes};
 }
 
 void BlockPool::give(Block block) noexcept {
     if (block.capacity < large || !keep(block))
-        freeBlock(block);
+        ::operator delete(block.data, alignment);
 }
 
 bool BlockPool::keep(Block block) noexcept {

@@ -2,28 +2,20 @@
 
 #include <sys/mman.h>
 
-#include <algorithm>
-#include <limits>
+#include <cstdint>
 
 namespace TessavoyHost {
-namespace {
 
-constexpr std::size_t largePage = std::size_t{2} << 20;
-constexpr std::size_t smallestWorth = 2 * largePage;  // what fills up the last page is at most a half
-
-}  // namespace
-
-BlockLayout blockLayout(std::size_t bytes, std::size_t alignment) noexcept {
-    if (bytes < smallestWorth || bytes > std::numeric_limits<std::size_t>::max() - largePage)
-        return {bytes, alignment, false};
-    return {(bytes + largePage - 1) / largePage * largePage, std::max(alignment, largePage), true};
-}
-
-// Most distributions give large pages only to programs that ask for them.
-void useLargePages([[maybe_unused]] void* block, [[maybe_unused]] const BlockLayout& layout) noexcept {
+// Most distributions give large pages only to programs that ask for them. The block needn't be aligned to them: a heap
+// that cuts aligned blocks out of larger ones finds no use for what is left, and grows.
+void useLargePages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) noexcept {
 #ifdef MADV_HUGEPAGE
-    if (layout.largePages)
-        ::madvise(block, layout.bytes, MADV_HUGEPAGE);
+    constexpr std::uintptr_t page = std::uintptr_t{2} << 20;
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(block);
+    const std::uintptr_t begin = (address + page - 1) / page * page;
+    const std::uintptr_t end = (address + bytes) / page * page;
+    if (begin < end)
+        ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
 #endif
 }
 

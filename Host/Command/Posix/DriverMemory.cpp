@@ -8,19 +8,31 @@
 
 #include <malloc.h>
 
+#include <algorithm>
 #include <bit>
 #include <cerrno>
 #include <cstddef>
+
+namespace {
+
+// Blocks from 32 MB on are never cut out of the C library's heap, but mapped one by one, so that they can begin with a
+// large page and leave nothing unusable behind.
+std::size_t usefulAlignment(std::size_t alignment, std::size_t bytes) {
+    constexpr std::size_t alwaysMapped = std::size_t{32} << 20;
+    constexpr std::size_t largePage = std::size_t{2} << 20;
+    return bytes >= alwaysMapped ? std::max(alignment, largePage) : alignment;
+}
+
+}  // namespace
 
 extern "C" [[gnu::visibility("default")]] int posix_memalign(void** block, std::size_t alignment,
                                                              std::size_t bytes) noexcept {
     if (!std::has_single_bit(alignment) || alignment % sizeof(void*) != 0)
         return EINVAL;
-    const TessavoyHost::BlockLayout layout = TessavoyHost::blockLayout(bytes, alignment);
-    void* const memory = ::memalign(layout.alignment, layout.bytes);
+    void* const memory = ::memalign(usefulAlignment(alignment, bytes), bytes);
     if (memory == nullptr)
         return ENOMEM;
-    TessavoyHost::useLargePages(memory, layout);
+    TessavoyHost::useLargePages(memory, bytes);
     *block = memory;
     return 0;
 }
