@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace Tessavoy {
@@ -52,34 +53,50 @@ OutputSet outputsReachedBy(std::string_view word) {
     return name == outputNames.end() ? 0 : OutputSet{1} << (name - outputNames.begin());
 }
 
-/// What a text's words say of it.
-struct Words {
+OutputSet outputsReachedByWordsOf(std::string_view text) {
     OutputSet reached = 0;
-    bool hasEnd = false;  ///< without one, nothing is closed that the text hasn't opened
-};
-
-Words wordsOf(std::string_view text) {
-    Words words;
     for (std::string_view word = takeWord(text); !word.empty(); word = takeWord(text)) {
-        words.reached |= outputsReachedBy(word);
-        words.hasEnd = words.hasEnd || word == "end";
+        reached |= outputsReachedBy(word);
     }
-    return words;
+    return reached;
 }
 
-/// Whether the text compiles by itself. Leaves nothing on the stack.
-bool isBlock(lua_State* lua, std::string_view text) {
-    const bool compiles = luaL_loadbufferx(lua, text.data(), text.size(), ScriptText::chunkName, "t") == LUA_OK;
-    lua_settop(lua, -2);
-    return compiles;
+/// How many lines Lua ends in this text: of two different characters of a line's end that follow each other, it takes
+/// the second one with the first.
+int lineEndsIn(std::string_view text) {
+    const auto endsLine = [](char character) { return character == '\n' || character == '\r'; };
+    int count = 0;
+    for (std::size_t k = 0; k < text.size(); ++k) {
+        if (endsLine(text[k])) {
+            ++count;
+            k += k + 1 < text.size() && endsLine(text[k + 1]) && text[k + 1] != text[k];
+        }
+    }
+    return count;
+}
+
+/// The line of the chunk's last word, an `end`.
+int lastLineOf(std::string_view text) {
+    constexpr int linesAround = 3;  // the empty one, the function's head, and the return
+    return linesAround + lineEndsIn('\n' + std::string(text) + '\n');
+}
+
+/// Whether the function at the top of the stack, which it takes, reaches to the chunk's end: if not, the text has ended
+/// it, and begun another.
+bool isWholeChunk(lua_State* lua, std::string_view text) {
+    lua_Debug function;
+    return lua_getinfo(lua, ">S", &function) != 0 && function.lastlinedefined == lastLineOf(text);
 }
 
 }  // namespace
 
 OutputSet outputsThatMayChange(lua_State* lua, const char* text) {
-    const Words words = wordsOf(text);
-    const bool staysInside = words.reached == allOutputs || !words.hasEnd || isBlock(lua, text);
-    return staysInside ? words.reached : allOutputs;
+    const OutputSet reached = outputsReachedByWordsOf(text);
+    if (reached == allOutputs) {
+        return allOutputs;  // and the function may be none
+    }
+    lua_getglobal(lua, ScriptText::functionName);
+    return isWholeChunk(lua, text) ? reached : allOutputs;
 }
 
 }  // namespace Tessavoy

@@ -7,14 +7,22 @@
 #include <lua.hpp>
 
 #include <memory>
+#include <sstream>
 
 namespace Tessavoy {
 namespace {
 
 constexpr OutputSet all = 0x3FFFFF;  // 22 outputs
 
+/// The set for a text that stands in its chunk, as a frame's does.
 OutputSet changedBy(const std::string& text) {
     const std::unique_ptr<lua_State, void (*)(lua_State*)> lua(luaL_newstate(), lua_close);
+    std::ostringstream assembled;
+    assembled << "\nfunction process (" << ScriptText::inputs << ", " << ScriptText::outputs << ")\n"
+              << text << "\nreturn " << ScriptText::outputs << "\nend\n";
+    const std::string chunk = assembled.str();
+    EXPECT_EQ(luaL_loadbufferx(lua.get(), chunk.data(), chunk.size(), "script", nullptr), LUA_OK) << text;
+    EXPECT_EQ(lua_pcallk(lua.get(), 0, 0, 0, 0, nullptr), LUA_OK) << text;
     const OutputSet changed = outputsThatMayChange(lua.get(), text.c_str());
     EXPECT_EQ(lua_gettop(lua.get()), 0) << text;
     return changed;
@@ -52,6 +60,24 @@ TEST(ChangedOutputs, AreAllWhereAWordReachesThemUnnamed) {
     for (const char* word :
          {"return", "process", "debug", "load", "loadfile", "dofile", "require", "package", "_G", "_ENV"}) {
         EXPECT_EQ(changedBy(std::string("-- ") + word), all) << word;
+    }
+}
+
+// However a text ends its lines, it is known where its function ends.
+TEST(ChangedOutputs, AreKnownForAnyKindOfLineEnd) {
+    struct Broken {
+        const char* before;
+        const char* after;
+    };
+    for (const std::string end : {"\n", "\r", "\r\n", "\n\r", "\n\n", "\r\r", "\r\n\r", "\n\r\n", "\r\n\n\r"}) {
+        for (const Broken& line :
+             {Broken{"y =", "1"}, Broken{"if i > 1 then y = 2", "end"}, Broken{"-- y", ""},
+              Broken{"local t = [[y", "]]"}, Broken{"--[=[ y", "]=] local t"}, Broken{"y = '\\z", "'"}}) {
+            const std::string inside = end + line.before + end + line.after + end;
+            const OutputSet named = inside.find("\\z") == std::string::npos ? 4 : 12;  // y, or y and the z of the sign
+            EXPECT_EQ(changedBy(inside), named) << inside;
+            EXPECT_EQ(changedBy("end function other()" + inside), all) << inside;
+        }
     }
 }
 
@@ -108,6 +134,35 @@ TEST(ChangedOutputs, NothingThatAScriptDoesIsMissed) {
              Attempt{"load('pro' .. 'cess = function() end')()", 0.0F},
          }) {
         EXPECT_EQ(xAfterTwoCells(attempt.script), attempt.x) << attempt.script;
+    }
+}
+
+// The word in the remark has everything read back: whatever a script does, that must make no difference.
+TEST(ChangedOutputs, ReadingTheOthersMakesNoDifference) {
+    const std::vector<std::string> statements = {
+        "x = x + 1",
+        "local y = 3",
+        "do local z = 4 end",
+        "r, g, b = b, r, g",
+        "if i > 1 then radius = radius * 2 end",
+        "for k = 1, 3 do a = a / k end",
+        "local function turn() angle = angle + 90 end turn()",
+        "visible = stroke",
+        "stroke = nil",
+        "partsCount = partsCount + 0.5",
+        "spriteIndex = 'seven'",
+        "local t <close> = setmetatable({}, {__close = function() scaleX = 1 end})",
+        "goto done ::done::",
+        "feather = 1 / 0",
+        "counter = (counter or 0) + 1 anchorX = counter",
+        "local wave = coroutine.wrap(function() scaleY = 5 coroutine.yield() end) wave()",
+    };
+    for (std::size_t first = 0; first < statements.size(); ++first) {
+        for (const std::string& second : statements) {
+            const std::string script = "do " + statements[first] + " end\n" + second;
+            ScriptScene scene;
+            EXPECT_TRUE(sameFields(scene.run(script), scene.run(script + " -- return"))) << script;
+        }
     }
 }
 
