@@ -10,11 +10,10 @@
 //   GridByZ          GridNoise under a camera, with noise in depth, sorted by it
 //   GridShelfNoise   parts that differ from cell to cell, so that every outline is made on its own
 
-#include "Source/FloatQuad.h"
+#include "Source/MemoryWrites.h"
 #include "Source/RenderGrid/BatchWalk.h"
 #include "Source/RenderGrid/GridEvaluator.h"
 #include "Source/RenderGrid/GridInstances.h"
-#include "Source/WriteAhead.h"
 
 #include "Host/BlockPool.h"
 #include "Host/Handles.h"
@@ -215,45 +214,39 @@ void GridMemset(benchmark::State& state) {
         static_cast<double>(cells), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-/// Both aligned to 16 bytes, and so is the number of bytes.
-void copyByQuads(std::byte* to, const std::byte* from, std::size_t bytes) {
-    constexpr std::size_t step = 4 * cacheLine;
-    for (std::size_t start = 0; start < bytes; start += step) {
-        prefetchForward(to + start, step);
-        const std::size_t end = std::min(start + step, bytes);
-        for (std::size_t k = start; k < end; k += sizeof(FloatQuad)) {
-            FloatQuad::load(reinterpret_cast<const float*>(from + k)).store(reinterpret_cast<float*>(to + k));
+/// As vertices and indices are written: into the caches, whose lines are asked for ahead.
+void writeByPieces(std::byte* to, const std::byte* from, std::size_t bytes, Extent extent) {
+    constexpr std::size_t piece = 4 * cacheLine;
+    for (std::size_t at = 0; at < bytes; at += piece) {
+        const std::size_t size = std::min(piece, bytes - at);
+        std::memcpy(to + at, from + at, size);
+        if (extent == Extent::BeyondCaches) {
+            prefetchForward(to + at, size);
         }
     }
 }
 
-/// What a frame's bytes cost on their way through memory: the records and parts of some cells written, then the records
-/// read while vertices and indices are written.
+/// What a frame's bytes cost on their way to memory: for some cells at a time records and parts, past the caches where
+/// a frame writes them so, and then vertices and indices.
 void GridTraffic(benchmark::State& state) {
     constexpr std::size_t group = 64;
-    constexpr std::size_t chunk = 8;  // groups
-    constexpr std::size_t record = sizeof(InstanceState);
-    constexpr std::size_t parts = 4 * sizeof(InstancePart);
-    constexpr std::size_t vertices = 9 * sizeof(InstanceVertex);
-    constexpr std::size_t indices = 36 * sizeof(std::uint32_t);
+    constexpr std::size_t record = group * sizeof(InstanceState);
+    constexpr std::size_t parts = group * 4 * sizeof(InstancePart);
+    constexpr std::size_t vertices = group * 9 * sizeof(InstanceVertex);
+    constexpr std::size_t indices = group * 36 * sizeof(std::uint32_t);
     const std::size_t groups = static_cast<std::size_t>(state.range(0) * state.range(0)) / group;
-    const PoolMemory source(group * vertices);
-    const PoolMemory records(groups * group * record);
-    const PoolMemory partsMemory(groups * group * parts);
-    const PoolMemory vertexMemory(groups * group * vertices);
-    const PoolMemory indexMemory(groups * group * indices);
+    const Extent extent = extentOf(groups * (record + parts));
+    const PoolMemory source(vertices);
+    const PoolMemory records(groups * record);
+    const PoolMemory partsMemory(groups * parts);
+    const PoolMemory vertexMemory(groups * vertices);
+    const PoolMemory indexMemory(groups * indices);
     for (auto _ : state) {
-        for (std::size_t start = 0; start < groups; start += chunk) {
-            const std::size_t end = std::min(start + chunk, groups);
-            for (std::size_t k = start; k < end; ++k) {
-                copyByQuads(records.get() + k * group * record, source.get(), group * record);
-                copyByQuads(partsMemory.get() + k * group * parts, source.get(), group * parts);
-            }
-            for (std::size_t k = start; k < end; ++k) {
-                copyByQuads(source.get(), records.get() + k * group * record, group * record);
-                copyByQuads(vertexMemory.get() + k * group * vertices, source.get(), group * vertices);
-                copyByQuads(indexMemory.get() + k * group * indices, source.get(), group * indices);
-            }
+        for (std::size_t k = 0; k < groups; ++k) {
+            writeForward(records.get() + k * record, source.get(), record, extent);
+            writeForward(partsMemory.get() + k * parts, source.get(), parts, extent);
+            writeByPieces(vertexMemory.get() + k * vertices, source.get(), vertices, extent);
+            writeByPieces(indexMemory.get() + k * indices, source.get(), indices, extent);
         }
         benchmark::ClobberMemory();
     }

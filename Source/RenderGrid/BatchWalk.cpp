@@ -2,11 +2,12 @@
 
 #include "Source/Assert.h"
 #include "Source/HostAccess/HostMemory.h"
+#include "Source/MemoryWrites.h"
 #include "Source/RenderGrid/OutlinePattern.h"
-#include "Source/WriteAhead.h"
 
 #include <cstring>
 #include <limits>
+#include <span>
 
 namespace Tessavoy {
 
@@ -49,12 +50,26 @@ BatchMeasure measureBatch(GridInstances& instances, const EmissionFrame& frame, 
     return {instances.vertexTotal(), instances.indexTotal()};
 }
 
-void prefetchAhead(GridInstances&, const GridToSequence&) {}
+/// The cells from the cursor on that lie side by side, one at least.
+std::span<const InstanceState> cellsAt(GridInstances& instances, const GridToSequence& left) {
+    return instances.cellsFrom(left.GetInd());
+}
 
 /// Records in the order of depth lie anywhere in memory; they are asked for some cells before they are needed.
-void prefetchAhead(GridInstances& instances, const GridToSequenceByZ& left) {
+std::span<const InstanceState> cellsAt(GridInstances& instances, const GridToSequenceByZ& left) {
     constexpr std::ptrdiff_t steps = 8;
     prefetch(instances.cell(left.indexAhead(steps)));
+    return {&instances.cell(left.GetInd()), 1};
+}
+
+/// Writes a cell. Beyond the caches, asks for the memory that later ones will be written to.
+void writeCell(const InstanceState& cell, Extent extent, InstanceEmitter& emitter, EmissionCursor& cursor) {
+    const EmissionCursor start = cursor;
+    emitter.emit(cell, cursor);
+    if (extent == Extent::BeyondCaches) {
+        prefetchForward(cursor.vertex, static_cast<std::size_t>(cursor.vertex - start.vertex));
+        prefetchForward(cursor.index, static_cast<std::size_t>(cursor.index - start.index) * sizeof *cursor.index);
+    }
 }
 
 /// Writes the cells from the left cursor up to the right one.
@@ -62,12 +77,13 @@ template <class Sequence>
 void writeBatch(GridInstances& instances, Sequence& left, const Sequence& right, InstanceEmitter& emitter,
                 EmissionCursor& cursor) {
     while (!samePlace(left, right)) {
-        prefetchAhead(instances, left);
-        const EmissionCursor start = cursor;
-        emitter.emit(instances.cell(left.GetInd()), cursor);
-        prefetchForward(cursor.vertex, static_cast<std::size_t>(cursor.vertex - start.vertex));
-        prefetchForward(cursor.index, static_cast<std::size_t>(cursor.index - start.index) * sizeof *cursor.index);
-        left.Sequence::Next();
+        for (const InstanceState& cell : cellsAt(instances, left)) {
+            if (samePlace(left, right)) {
+                return;
+            }
+            writeCell(cell, instances.extent(), emitter, cursor);
+            left.Sequence::Next();
+        }
     }
 }
 

@@ -23,6 +23,11 @@ constexpr float anywhere = 0.5F;
 
 using BlockValues = std::array<double, blockCells>;
 
+/// Whether a cell is drawn, which its evaluator has shown or hidden.
+bool isLive(const InstanceState& cell, bool shown) {
+    return shown && cell.radius > smallestRadius && cell.partsCount > 0;
+}
+
 BlockValues evaluated(const PropertyEvaluator& property, const CellBlock& block) {
     BlockValues values{};
     property.evaluate(block.u.data(), block.v.data(), values.data(), block.count);
@@ -55,6 +60,7 @@ CellEvaluation::CellEvaluation(const ParameterSnapshot& snapshot, const FrameCho
     takeFeather();
     takeColour();
     takeFrameIndex();
+    takeVisibility();
 }
 
 void CellEvaluation::takePlainFields() {
@@ -133,6 +139,13 @@ void CellEvaluation::takeFrameIndex() {
     if (mTextured && constant) {
         mPrototype.spriteIndex =
             mSnapshot.ShapeFrameIndex.evaluateIndex(anywhere, anywhere, mFrames.frameCount, mFrames.phase);
+    }
+}
+
+/// The answer for one cell is that for all.
+void CellEvaluation::takeVisibility() {
+    if (hasConstantShow()) {
+        mPrototype.visible = isLive(mPrototype, mSnapshot.InstanceVisible.test(0, 0));
     }
 }
 
@@ -294,10 +307,13 @@ void CellEvaluation::writeStrokeWidths(const CellBlock& block, InstanceState* ce
 }
 
 void CellEvaluation::writeVisibility(const CellBlock& block, InstanceState* cells) const {
+    if (hasConstantShow()) {
+        return;
+    }
     std::array<A_u_char, blockCells> shown;
     mSnapshot.InstanceVisible.test(block.i.data(), block.j.data(), block.count, shown.data());
     for (int k = 0; k < block.count; ++k) {
-        cells[k].visible = shown[k] != 0 && cells[k].radius > smallestRadius && cells[k].partsCount > 0;
+        cells[k].visible = isLive(cells[k], shown[k] != 0);
     }
 }
 

@@ -64,6 +64,7 @@ private:
     void takeFeather();
     void takeColour();
     void takeFrameIndex();
+    void takeVisibility();
 
     void writePositions(const CellBlock& block, InstanceState* cells) const;
     void writePlainFields(const CellBlock& block, InstanceState* cells) const;

@@ -89,7 +89,8 @@ OrderMap buildOrder(const InstanceState* cells, A_long count);
 /// The two cursors of a frame. The left one is where cells are written, the right one runs ahead and measures.
 class DrawOrder {
 public:
-    /// byZ: from far to near, otherwise in cell order. countX and countY are 0 or more.
+    /// byZ: from far to near, otherwise in cell order. countX and countY are 0 or more. The cells are read where the
+    /// order is by depth, and may otherwise be null.
     DrawOrder(bool byZ, A_long countX, A_long countY, const InstanceState* cells);
 
     // The cursors refer to the map, which stays where it is.

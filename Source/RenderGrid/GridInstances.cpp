@@ -48,7 +48,8 @@ GridInstances::GridInstances(GridEvaluator& evaluator)
       mEmission(evaluator.emissionFrame()),
       mStage(stageOf(evaluator.prototype())),
       mCells(evaluator.inData(), evaluator.cellCount()),
-      mParts(evaluator.inData(), partsTotal()) {
+      mParts(evaluator.inData(), partsTotal()),
+      mExtent(extentOf(mCells.count() * sizeof(InstanceState) + mParts.count() * sizeof(InstancePart))) {
     if (evaluator.knownPartsCount() < 0) {
         layOutAll();
     } else if (evaluator.cellsWriteAlike()) {
@@ -104,6 +105,7 @@ void GridInstances::layOutAll() {
         const CellBlock block = mEvaluator.blockAt(static_cast<A_long>(mEvaluated));
         layOutBlock(block, mCells.data() + mEvaluated);
     }
+    mStagedFrom = mEvaluated;  // the stage holds none that is complete
 }
 
 /// Completes the cells in front of this one, and the rest of its block.
@@ -113,16 +115,22 @@ void GridInstances::evaluateTo(std::int64_t end) {
         mEvaluator.evaluateBlock(block, mStage.data());
         layOutBlock(block, mStage.data());
         storeStage(block);
+        mStagedFrom = mEvaluated;
     }
+}
+
+std::span<const InstanceState> GridInstances::cellsFrom(A_long index) {
+    evaluateTo(std::int64_t{index} + 1);
+    const std::int64_t end = std::min(mEvaluated, std::int64_t{mCells.count()});
+    if (index >= mStagedFrom) {
+        return {mStage.data() + (index - mStagedFrom), static_cast<std::size_t>(end - index)};
+    }
+    return {mCells.data() + index, static_cast<std::size_t>(std::min(mStagedFrom, end) - index)};
 }
 
 /// The records of a block go to their place.
 void GridInstances::storeStage(const CellBlock& block) {
-    InstanceState* const cells = mCells.data() + block.first;
-    for (int k = 0; k < block.count; ++k) {
-        prefetchForward(cells + k, sizeof *cells);
-        cells[k] = mStage[k];
-    }
+    writeForward(mCells.data() + block.first, mStage.data(), block.count * sizeof(InstanceState), mExtent);
 }
 
 /// The first block is counted; all cells are as those are.
@@ -170,10 +178,13 @@ void GridInstances::layOutBlock(const CellBlock& block, InstanceState* cells) {
     layout.evaluate(block);
     BlockPoints points;
     handOutParts(cells, block.count);
-    for (int k = 0; k < block.count; ++k) {
-        InstancePart* const parts = cells[k].parts;
-        points[k] = parts != nullptr ? layout.layOut(k, cells[k], parts) : 0;
-        prefetchForward(parts, parts != nullptr ? cells[k].partsCount * sizeof *parts : 0);
+    const A_long known = mEvaluator.knownPartsCount();
+    if (layout.dependsOnCountOnly() && known > 0 && known <= PartLayout::longestRun) {
+        points.fill(layout.layOutAlike(cells, block.count, mExtent));
+    } else {
+        for (int k = 0; k < block.count; ++k) {
+            points[k] = cells[k].parts != nullptr ? layout.layOut(k, cells[k], cells[k].parts) : 0;
+        }
     }
     if (!mForeseen) {
         countBlock(cells, block.count, points);

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "Source/Container.h"
+#include "Source/MemoryWrites.h"
 #include "Source/RenderGrid/GridEvaluator.h"
 #include "Source/RenderGrid/InstanceState.h"
 #include "Source/RenderGrid/ShapeGeometry.h"
-#include "Source/WriteAhead.h"
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 namespace Tessavoy {
 
@@ -33,10 +34,14 @@ public:
     const Container<InstanceState>& cells();
     const Container<InstancePart>& parts();
 
-    /// One cell, evaluated. The index is that of a cell.
+    /// Cells from this one on, evaluated: one at least, and as many as lie side by side. They stay until the next call
+    /// of any function that gives cells. The index is that of a cell.
+    std::span<const InstanceState> cellsFrom(A_long index);
+
+    /// One cell, evaluated.
     const InstanceState& cell(A_long index) {
         if (index >= mEvaluated) {
-            evaluateTo(index + chunkCells);
+            evaluateTo(std::int64_t{index} + 1);
         }
         return mCells.data()[index];
     }
@@ -48,15 +53,15 @@ public:
     /// Whether a cell alone has more vertices and indices than 32 bits can number.
     bool hasOversizedCell() const { return mHasOversizedCell; }
 
+    /// What records and parts take together.
+    Extent extent() const { return mExtent; }
+
     /// Whether cells with the same number of parts have the same outline before scaling.
     bool outlinesDependOnCountOnly() const { return mEvaluator.partsDependOnCountOnly() && !mPartsOverlap; }
 
 private:
     using BlockRecords = std::array<InstanceState, blockCells>;
     using BlockPoints = std::array<std::uint64_t, blockCells>;
-
-    /// How many cells are evaluated ahead: records and parts of squares fill a fifth of a second cache of 1 MB.
-    static constexpr std::int64_t chunkCells = 8 * blockCells;
 
     static BlockRecords stageOf(const InstanceState& prototype);
 
@@ -82,9 +87,11 @@ private:
     Container<InstanceState> mCells;
     Container<InstancePart> mParts;
 
-    std::int64_t mEvaluated = 0;  ///< the cells in front of this one are complete
-    std::int64_t mNextPart = 0;   ///< where the next cell's run begins
-    bool mForeseen = false;       ///< the totals are those of all cells, evaluated or not
+    Extent mExtent;                ///< of records and parts together
+    std::int64_t mEvaluated = 0;   ///< the cells in front of this one are complete
+    std::int64_t mStagedFrom = 0;  ///< the complete ones from here on are those on the stage
+    std::int64_t mNextPart = 0;    ///< where the next cell's run begins
+    bool mForeseen = false;        ///< the totals are those of all cells, evaluated or not
     std::uint64_t mVertexTotal = 0;
     std::uint64_t mIndexTotal = 0;
     bool mHasOversizedCell = false;

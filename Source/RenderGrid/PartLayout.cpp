@@ -10,8 +10,7 @@ namespace Tessavoy {
 
 namespace {
 
-constexpr A_long ownRuns = 64;       // numbers of parts up to this one keep their run for the frame
-constexpr A_long longestRun = 4096;  // a run beyond is made in place: its memory would count beside the parts'
+constexpr A_long ownRuns = 64;  // numbers of parts up to this one keep their run for the frame
 
 constexpr float smallestAngle = 0.01F;
 constexpr float smallestShelf = 0.0001F;
@@ -29,6 +28,15 @@ float fractionAbove(float smallest, double percents) {
 float fractionBeyond(float smallest, double percents) {
     const float value = static_cast<float>(percents * 0.01);
     return value >= -smallest && value <= smallest ? 0.0F : value;
+}
+
+/// Whether two numbers have the same bits.
+bool sameBits(float a, float b) {
+    return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+}
+
+void setRadius(InstancePart* parts, A_long count, float radius) {
+    std::for_each_n(parts, count, [radius](InstancePart& part) { part.radius = radius; });
 }
 
 }  // namespace
@@ -92,15 +100,6 @@ void PartLayout::makeRun(Run& run, A_long count) const {
     }
 }
 
-/// Cells of one size mostly follow each other, and the whole run is theirs then.
-void PartLayout::Run::setRadius(float radius) {
-    if (std::bit_cast<std::uint32_t>(radius) != std::bit_cast<std::uint32_t>(parts.front().radius)) {
-        for (InstancePart& part : parts) {
-            part.radius = radius;
-        }
-    }
-}
-
 PartLayout::Run* PartLayout::runOf(A_long count) {
     if (count > longestRun) {
         return nullptr;
@@ -114,10 +113,10 @@ PartLayout::Run* PartLayout::runOf(A_long count) {
 
 std::uint64_t PartLayout::layOut(int k, const InstanceState& cell, InstancePart* parts) {
     const A_long count = cell.partsCount;
-    Run* const run = runOf(count);
+    const Run* const run = runOf(count);
     if (run != nullptr && mConstant) {
-        run->setRadius(cell.radius);
         std::copy_n(run->parts.data(), count, parts);
+        setRadius(parts, count, cell.radius);
         return run->points;
     }
     InstancePart part = partOf(k);
@@ -134,6 +133,28 @@ std::uint64_t PartLayout::layOut(int k, const InstanceState& cell, InstancePart*
         BuildPartPoints(placed);
     }
     return outlinePointCount(parts, count);
+}
+
+/// A run that is changed and read again at once makes the reading wait. Where memory is waited for anyway that is
+/// hidden, and the parts leave complete; in the caches it isn't, so the run keeps the first cell's radius, and others
+/// change their copies.
+std::uint64_t PartLayout::layOutAlike(const InstanceState* cells, int count, Extent extent) {
+    Run& run = *runOf(cells[0].partsCount);
+    float radius = cells[0].radius;
+    setRadius(run.parts.data(), cells[0].partsCount, radius);
+    const std::size_t bytes = run.parts.size() * sizeof(InstancePart);
+    for (int k = 0; k < count; ++k) {
+        const bool differs = !sameBits(cells[k].radius, radius);
+        if (differs && extent == Extent::BeyondCaches) {
+            radius = cells[k].radius;
+            setRadius(run.parts.data(), cells[k].partsCount, radius);
+        }
+        writeForward(cells[k].parts, run.parts.data(), bytes, extent);
+        if (differs && extent == Extent::InCaches) {
+            setRadius(cells[k].parts, cells[k].partsCount, cells[k].radius);
+        }
+    }
+    return run.points;
 }
 
 }  // namespace Tessavoy

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Source/MemoryWrites.h"
 #include "Source/Parameter/ParameterSnapshot.h"
 #include "Source/RenderGrid/CellBlock.h"
 #include "Source/RenderGrid/InstanceState.h"
@@ -28,6 +29,13 @@ public:
     /// them. Returns the number of points in their outline.
     std::uint64_t layOut(int k, const InstanceState& cell, InstancePart* parts);
 
+    /// layOut for cells[0..count - 1], where outlines depend on the number of parts alone and all cells have the same,
+    /// at most longestRun: their parts follow each other from the first one's on, in a run of this extent. Returns the
+    /// number of points in each outline.
+    std::uint64_t layOutAlike(const InstanceState* cells, int count, Extent extent);
+
+    static constexpr A_long longestRun = 4096;  ///< a run beyond is made in place: it would count beside the parts
+
 private:
     /// The parts of cells with one number of parts.
     struct Run {
@@ -35,9 +43,6 @@ private:
         std::vector<PartDirection> directions;
         std::vector<InstancePart> parts;  ///< complete when all properties are constant, else only the angles are
         std::uint64_t points = 0;         ///< of the outline, when all properties are constant
-
-        /// There is a part at least.
-        void setRadius(float radius);
     };
 
     Run* runOf(A_long count);

@@ -9,8 +9,8 @@ enum class FrameStage : std::uint8_t {
     Host,         ///< everything before the render command
     Snapshot,     ///< parameters read
     Preparation,  ///< worlds, context, targets, camera, atlas, fog texture
-    Evaluation,   ///< cells, parts, order
-    Emission,     ///< vertices and indices of a batch; comes once a batch, as drawing does
+    Evaluation,   ///< cells, parts, order; of cells that write alike and aren't ordered, only the first
+    Emission,     ///< vertices and indices of a batch, and the other ones of those cells; comes once a batch
     Drawing,      ///< instances, resolve and output passes handed to the GL
     ReadBack,     ///< pixels in the host's world
 };

@@ -84,8 +84,8 @@ protected:
         return lines.empty() ? nlohmann::json() : nlohmann::json::parse(lines.back(), nullptr, false);
     }
 
-    // More cells than can be computed in the time that the tests with it allow. Their sizes differ: how much they draw,
-    // which is too much, comes out only when all are computed.
+    // More cells than can be computed in the time that the tests with it allow. Their sizes differ, so that how large
+    // the buffers must be, which is refused, is known only when all are computed.
     void makeFramesEndless() {
         scene["effect"]["parameters"]["InstanceSize.Noise.Multiplier"] = 1;
         scene["effect"]["parameters"]["CountX"] = 5000;

@@ -5,9 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
 #include <limits>
+#include <map>
+#include <numbers>
 #include <utility>
+#include <vector>
 
 namespace Tessavoy {
 namespace {
@@ -92,18 +96,25 @@ TEST(GridInstances, TotalsOfCellsThatWriteAlikeAreKnownBeforeTheyAreEvaluated) {
         double probability;
         double rays;
         A_long drawMode;
-        std::uint64_t verticesEach;  ///< with a feather: 2 P + 1 of a filled shape with P points, 4 P of a stroke
-        std::uint64_t indicesEach;   ///< 9 P and 18 P
+        double feather;
+        A_long shapeType;
+        std::uint64_t
+            verticesEach;  ///< of a filled shape with P points P + 1, with a feather 2 P + 1; of a stroke 2 P, 4 P
+        std::uint64_t indicesEach;  ///< 3 P, 9 P; 6 P, 18 P
     };
-    for (const Kind& kind :
-         {Kind{10.0, 100.0, 4.0, 1, 9, 36}, Kind{10.0, 100.0, 7.9, 2, 28, 126}, Kind{10.0, -1.0, 4.0, 1, 0, 0},
-          Kind{0.0, 100.0, 4.0, 1, 0, 0}, Kind{10.0, 100.0, 0.9, 1, 0, 0}}) {
+    for (const Kind& kind : {Kind{10.0, 100.0, 4.0, 1, 1.0, 1, 9, 36}, Kind{10.0, 100.0, 7.9, 2, 1.0, 1, 28, 126},
+                             Kind{10.0, 100.0, 5.0, 1, 0.0, 1, 6, 15}, Kind{10.0, 100.0, 3.0, 2, 0.0, 1, 6, 18},
+                             Kind{10.0, 100.0, 9.0, 2, 1.0, 2, 9, 36},  // without a layer's pixels a filled square
+                             Kind{10.0, -1.0, 4.0, 1, 1.0, 1, 0, 0}, Kind{0.0, 100.0, 4.0, 1, 1.0, 1, 0, 0},
+                             Kind{10.0, 100.0, 0.9, 1, 1.0, 1, 0, 0}}) {
         GridScene scene;
         scene.setCounts(oddCountX, oddCountY);
         scene.snapshot.InstanceSize.Value = kind.size;
         scene.snapshot.InstanceVisible.Probability = kind.probability;
         scene.snapshot.ShapeRaysCount.Value = kind.rays;
         scene.snapshot.ShapeDrawMode = kind.drawMode;
+        scene.snapshot.ShapeFeatherPixels = kind.feather;
+        scene.snapshot.ShapeType = kind.shapeType;
         addNoise(scene.snapshot.InstanceRotation, 90.0, 3);
         GridEvaluator evaluator = scene.evaluator();
         ASSERT_TRUE(evaluator.cellsWriteAlike());
@@ -158,6 +169,49 @@ TEST(GridInstances, CellsAreTheSameInWhateverOrderTheyAreAskedFor) {
         EXPECT_EQ(cell.parts[3].radius, cell.radius);
     }
     EXPECT_EQ(instances.parts().count(), 4 * oddCountX * oddCountY);
+}
+
+/// Whether a cell's parts are those of an outline with so many corners and no shelf.
+bool hasPlainParts(const InstanceState& cell, A_long corners, const std::vector<float>& angles) {
+    for (A_long k = 0; k < corners; ++k) {
+        const InstancePart& part = cell.parts[k];
+        const double radians = angles[static_cast<std::size_t>(k)] * std::numbers::pi / 180.0;
+        if (part.radius != cell.radius || part.angle != angles[static_cast<std::size_t>(k)] ||
+            std::abs(part.shelfStart.x - std::sin(radians)) > 1e-6 ||
+            std::abs(part.shelfEnd.y + std::cos(radians)) > 1e-6) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Records that the caches can't hold go past them, in runs of parts that have such a size or not.
+TEST(GridInstances, RecordsAreCompleteWhateverHoldsThem) {
+    const std::map<A_long, std::vector<float>> shapes = {
+        {3, {0.0F, 120.0F, 240.0F}}, {4, {45.0F, 135.0F, 225.0F, 315.0F}}, {5, {0.0F, 72.0F, 144.0F, 216.0F, 288.0F}}};
+    for (const auto& [corners, angles] : shapes) {
+        for (const bool sizesDiffer : {false, true}) {
+            for (const A_long side : {20, 250}) {
+                GridScene scene;
+                scene.setCounts(side, side);
+                scene.snapshot.ShapeRaysCount.Value = corners;
+                if (sizesDiffer) {
+                    addNoise(scene.snapshot.InstanceSize, 3.0, 1);
+                }
+                GridEvaluator evaluator = scene.evaluator();
+                GridInstances instances(evaluator);
+                EXPECT_EQ(instances.extent(), side == 20 ? Extent::InCaches : Extent::BeyondCaches);
+                int wrong = 0;
+                for (A_long index = 0; index < side * side; ++index) {
+                    const InstanceState& cell = instances.cells()[index];
+                    const bool right = cell.i == index % side && cell.j == index / side && cell.visible == 1 &&
+                                       cell.parts == instances.parts().data() + index * corners;
+                    wrong += !right || !hasPlainParts(cell, corners, angles);
+                }
+                EXPECT_EQ(wrong, 0) << corners << " corners, " << side << " across";
+            }
+        }
+    }
 }
 
 TEST(GridInstances, ANegativeNumberOfPartsMovesTheFollowingRunsBack) {
