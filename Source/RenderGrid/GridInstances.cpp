@@ -95,7 +95,7 @@ std::int64_t GridInstances::evaluateFieldsOfAll() {
             total += mStage[k].partsCount;
             mPartsOverlap = mPartsOverlap || mStage[k].partsCount < 0;
         }
-        storeStage(block);
+        std::copy_n(mStage.data(), block.count, mCells.data() + first);  // to be read again for the parts
     }
     return total;
 }
