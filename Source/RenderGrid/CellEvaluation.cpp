@@ -23,7 +23,7 @@ constexpr float anywhere = 0.5F;
 
 using BlockValues = std::array<double, blockCells>;
 
-/// Whether a cell is drawn, which its evaluator has shown or hidden.
+/// Whether a cell is live: shown by its draw, and with a size and parts.
 bool isLive(const InstanceState& cell, bool shown) {
     return shown && cell.radius > smallestRadius && cell.partsCount > 0;
 }
@@ -144,12 +144,12 @@ void CellEvaluation::takeFrameIndex() {
 
 /// The answer for one cell is that for all.
 void CellEvaluation::takeVisibility() {
-    if (hasConstantShow()) {
+    if (hasConstantLiveness()) {
         mPrototype.visible = isLive(mPrototype, mSnapshot.InstanceVisible.test(0, 0));
     }
 }
 
-bool CellEvaluation::hasConstantShow() const {
+bool CellEvaluation::hasConstantLiveness() const {
     return !mPartsVary && !mRadiusVaries && mSnapshot.InstanceVisible.isConstant();
 }
 
@@ -307,7 +307,7 @@ void CellEvaluation::writeStrokeWidths(const CellBlock& block, InstanceState* ce
 }
 
 void CellEvaluation::writeVisibility(const CellBlock& block, InstanceState* cells) const {
-    if (hasConstantShow()) {
+    if (hasConstantLiveness()) {
         return;
     }
     std::array<A_u_char, blockCells> shown;

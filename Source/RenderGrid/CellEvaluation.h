@@ -31,8 +31,8 @@ public:
     /// Whether all cells have the prototype's number of parts.
     bool hasConstantPartsCount() const { return !mPartsVary; }
 
-    /// Whether all cells have the same number of parts, and all are visible or none.
-    bool hasConstantShow() const;
+    /// Whether all cells are live or none. All have the same number of parts then.
+    bool hasConstantLiveness() const;
 
     /// Whether all cells have the prototype's angles, radius and anchor.
     bool hasConstantMatrixFields() const { return !mMatrixFieldsVary; }

@@ -87,7 +87,7 @@ A_long GridEvaluator::knownPartsCount() const {
 }
 
 bool GridEvaluator::cellsWriteAlike() const {
-    return mFrame.script == nullptr && mCells.hasConstantShow() && mPartLayout.dependsOnCountOnly();
+    return mFrame.script == nullptr && mCells.hasConstantLiveness() && mPartLayout.dependsOnCountOnly();
 }
 
 void GridEvaluator::EvaluateCell(A_long index, InstanceState& cell) const {

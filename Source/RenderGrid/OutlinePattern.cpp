@@ -214,6 +214,9 @@ void OutlinePattern::writeIndices(EmissionCursor& cursor) const {
         writeFour(k + 4);
         writeFour(k + 8);
     }
+    for (; k + 4 <= count; k += 4) {
+        writeFour(k);
+    }
     for (; k < count; ++k) {
         cursor.index[k] = mIndices[k] + cursor.nextVertex;
     }
